@@ -1,0 +1,151 @@
+// Text and DOM helpers: the one layer through which the readers and writers
+// of the library touch XMLCh text and the DOM. All names, attribute names and
+// values that the library's own code handles are UTF-8; these helpers convert
+// to and from the XML library's UTF-16 XMLCh.
+//
+// Every function here needs the XML library to be initialised, which the
+// constructors of ZRXMLReadWrite, ZRDataModelParser and ZRPMMLParser do.
+#ifndef ZRPARSEXMLR_ZRXPRSUTIL_H
+#define ZRPARSEXMLR_ZRXPRSUTIL_H
+
+#include <zrparsexmlr/ZRXExport.h>
+
+#include <xercesc/sax/InputSource.hpp>
+#include <xercesc/util/XercesDefs.hpp>
+
+#include <cstddef>
+#include <istream>
+#include <string>
+#include <utility>
+#include <vector>
+
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMDocument;
+class DOMElement;
+class DOMNode;
+class XMLTranscoder;
+class BinInputStream;
+XERCES_CPP_NAMESPACE_END
+
+namespace ZRXPrsUtil {
+
+// The value of the "extender" attribute that marks a PMML Extension element
+// as this system's own.
+ZRXPRS_API extern const char* const VendorExtenderId;
+
+// A list of tags or keywords: entries in order, closed by an entry whose
+// `second` is null. `first` belongs to the caller and is never read here.
+typedef std::pair<unsigned int, const char*> NameListEntry;
+
+// ---------------------------------------------------------------- conversion
+
+// A transcoder between XMLCh and one byte encoding. Never throws on bad text:
+// a failed conversion gives an empty result.
+class ZRXPRS_API ZRXTranscoder {
+public:
+    // `encoding` null stands for "UTF-8".
+    explicit ZRXTranscoder(const char* encoding = nullptr);
+    ~ZRXTranscoder();
+    ZRXTranscoder(const ZRXTranscoder&) = delete;
+    ZRXTranscoder& operator=(const ZRXTranscoder&) = delete;
+
+    bool isValid() const;
+    // The code units of `text` (not null) with one closing zero. An invalid
+    // object or a failed conversion gives a vector holding only the zero.
+    std::vector<XMLCh> TranscodeFrom(const char* text) const;
+    // `text` in the object's encoding; null, an invalid object or a failed
+    // conversion (also a character the encoding can't hold) give "".
+    std::string TranscodeTo(const XMLCh* text) const;
+
+private:
+    xercesc::XMLTranscoder* m_transcoder;
+};
+
+// UTF-16 to UTF-8; null gives "".
+ZRXPRS_API std::string ToUTF8(const XMLCh* text);
+// UTF-8 (not null) to UTF-16 with a closing zero.
+ZRXPRS_API std::vector<XMLCh> ToUTF16(const char* text);
+// Exact, case-sensitive comparison of XMLCh text with UTF-8 text.
+ZRXPRS_API bool XStrEqualsUTF8Str(const XMLCh* xstr, const char* str);
+
+// ------------------------------------------------------ attributes and tags
+
+// The attribute's value, owned by the DOM, or null if the element has no such
+// attribute. A present empty attribute gives a pointer to an empty string.
+ZRXPRS_API const XMLCh* GetAttribute(const xercesc::DOMElement& element, const char* name);
+// As above if the node is an element, else null.
+ZRXPRS_API const XMLCh* GetAttribute(const xercesc::DOMNode& node, const char* name);
+// -1 attribute absent; 0 success; 1 not an integer or the sign rule broken.
+// Sign rule: negative, any integer; zero, 0 or more; positive, more than 0.
+// `value` is written whenever the text is an integer, also when the sign
+// rule then fails.
+ZRXPRS_API int GetIntAttribute(const xercesc::DOMElement& element, const char* name,
+                               int signRule, int& value);
+// -1 attribute absent; 0 success; 1 not accepted by the number rule (NaN
+// gives ZRMV::gMissingValue, INF and -INF are refused).
+ZRXPRS_API int GetDoubleAttribute(const xercesc::DOMElement& element, const char* name,
+                                  double& value);
+// The whole tag as written, prefix included, equals `name`.
+ZRXPRS_API bool TagNameEquals(const xercesc::DOMElement& element, const char* name);
+// The node as an element if it is one and `tag` is null or matches.
+ZRXPRS_API const xercesc::DOMElement* AsElement(const xercesc::DOMNode& node, const char* tag);
+
+// ---------------------------------------------------------------- navigation
+
+ZRXPRS_API const xercesc::DOMElement* GetNextSiblingElmt(const xercesc::DOMNode& node,
+                                                         const char* tag);
+ZRXPRS_API const xercesc::DOMElement* GetFirstChildElmt(const xercesc::DOMNode& node,
+                                                        const char* tag);
+// The first child whose tag is that of the earliest entry of `names` that has
+// a child; `index` is that entry's position (0 and null when none matches).
+ZRXPRS_API const xercesc::DOMElement* GetFirstChildElmt(const xercesc::DOMNode& node,
+                                                        const NameListEntry* names,
+                                                        std::size_t& index);
+// Vendor Extension elements: tag "Extension", "extender" equal to
+// VendorExtenderId and, when `name` is not null, "name" equal to it.
+ZRXPRS_API const xercesc::DOMElement* GetNextSiblingExtension(const xercesc::DOMNode& node,
+                                                              const char* name);
+ZRXPRS_API const xercesc::DOMElement* GetFirstChildExtension(const xercesc::DOMNode& node,
+                                                             const char* name);
+
+// ------------------------------------------------------- lists and numbers
+
+// Index of the first entry equal to `text`, -1 if none or the list is empty.
+ZRXPRS_API int FindXStrInList(const XMLCh* text, const NameListEntry* names);
+ZRXPRS_API int FindXStrInList(const XMLCh* text, const std::vector<std::string>& names);
+// The element's only child text as a list of numbers. No child: true and an
+// empty list. More than one child, or a child that is not text: false, list
+// untouched. A token that is not a number: false and an empty list.
+ZRXPRS_API bool AssembleDoublesList(const xercesc::DOMElement& element,
+                                    std::vector<double>& values);
+
+// ------------------------------------------------------------------ building
+// Failure is told by the result; no DOM exception leaves these functions.
+
+ZRXPRS_API xercesc::DOMElement* CreateElement(xercesc::DOMDocument& document, const char* tag);
+ZRXPRS_API xercesc::DOMElement* CreateExtension(xercesc::DOMDocument& document,
+                                                const char* name);
+ZRXPRS_API bool ReplaceElement(xercesc::DOMElement& parent, xercesc::DOMElement* newChild,
+                               xercesc::DOMElement* oldChild);
+ZRXPRS_API bool InsertElement(xercesc::DOMElement& parent, xercesc::DOMElement* newChild,
+                              xercesc::DOMElement* refChild);
+ZRXPRS_API bool SetAttribute(xercesc::DOMElement& element, const char* name, const char* value);
+// The value as text by ZRXML_NAMESPACE::Format(value, false, nullptr).
+ZRXPRS_API bool SetAttribute(xercesc::DOMElement& element, const char* name, double value);
+
+// -------------------------------------------------------------- input source
+
+// A document source that reads a std::istream, which must outlive the parse.
+class ZRXPRS_API ZRXInputSource : public xercesc::InputSource {
+public:
+    explicit ZRXInputSource(std::istream& stream);
+    ~ZRXInputSource() override;
+    xercesc::BinInputStream* makeStream() const override;
+
+private:
+    std::istream& m_stream;
+};
+
+} // namespace ZRXPrsUtil
+
+#endif

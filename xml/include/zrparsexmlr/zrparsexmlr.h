@@ -1,0 +1,10 @@
+// Everything of the zrparsexmlr library.
+#ifndef ZRPARSEXMLR_ZRPARSEXMLR_H
+#define ZRPARSEXMLR_ZRPARSEXMLR_H
+
+#include <zrparsexmlr/ZRXExport.h>
+#include <zrparsexmlr/ZRXPrsUtil.h>
+#include <zrparsexmlr/ZRDataModelParser.h>
+#include <zrparsexmlr/ZRPMMLParser.h>
+
+#endif

@@ -1,0 +1,32 @@
+// ZRStatus: the result of every operation of the product that can fail.
+#ifndef ZRCOMMONR_ZRSTATUS_H
+#define ZRCOMMONR_ZRSTATUS_H
+
+#include <zrcommonr/ZRCommonExport.h>
+
+namespace ZRCommon {
+
+// A value of a code and a flag. A default-constructed status is OK (code 0);
+// any status built with a code is a failure, whatever the code. The flag is
+// carried to the caller untouched; the parsers set it only on the "soft"
+// outcomes 120 (no such parameter) and 123 (parameter without a value).
+class ZRCOMMON_API ZRStatus {
+public:
+    ZRStatus();
+    ZRStatus(long code, bool flag);
+
+    bool IsOK() const;
+    long GetCode() const;   // 0 when OK
+    bool GetFlag() const;
+
+    bool operator==(const ZRStatus& other) const;
+    bool operator!=(const ZRStatus& other) const;
+
+private:
+    long m_code;
+    bool m_flag;
+};
+
+} // namespace ZRCommon
+
+#endif
