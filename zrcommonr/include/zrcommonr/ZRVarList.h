@@ -150,8 +150,9 @@ public:
     // Index of the variable with that name, -1 if none.
     int FindVar(const std::string& name) const;
 
+    struct Impl;  // the list's storage, private to the library
+
 private:
-    struct Impl;
     std::unique_ptr<Impl> m_impl;
 };
 

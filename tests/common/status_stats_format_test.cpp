@@ -1,0 +1,101 @@
+// Status values, the judgement of univariate statistics, and number texts.
+#include <zrcommonr/zrcommonr.h>
+
+#include <gtest/gtest.h>
+
+#include <cfloat>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+
+using namespace ZRMTD_NAMESPACE;
+using ZRCommon::ZRStatus;
+
+TEST(Status, DefaultIsOkAndAnyCodeIsAFailure)
+{
+    ZRStatus ok;
+    EXPECT_TRUE(ok.IsOK());
+    EXPECT_EQ(0, ok.GetCode());
+    const ZRStatus soft(120, true);
+    EXPECT_FALSE(soft.IsOK());
+    EXPECT_EQ(120, soft.GetCode());
+    EXPECT_TRUE(soft.GetFlag());
+    ZRStatus copy = soft;
+    EXPECT_EQ(soft, copy);
+    copy = ok;
+    EXPECT_TRUE(copy.IsOK());
+}
+
+TEST(MissingValue, IsFiniteEqualToItselfAndApartFromTheOpenBound)
+{
+    EXPECT_TRUE(std::isfinite(ZRMV::gMissingValue));
+    EXPECT_TRUE(ZRMV::IsMissing(ZRMV::gMissingValue));
+    EXPECT_NE(-DBL_MAX, ZRMV::gMissingValue);
+    EXPECT_FALSE(ZRMV::IsMissing(-DBL_MAX));
+}
+
+TEST(UniStats, DiscreteNeedsNonNegativeTotalAndFrequencies)
+{
+    EXPECT_FALSE(ZRUniStats().IsValid());
+    EXPECT_TRUE(ZRUniStats("x", 0, {}).IsValid());
+    EXPECT_TRUE(ZRUniStats("x", 10, {4, 0, 6}).IsValid());
+    EXPECT_FALSE(ZRUniStats("x", -1, {1}).IsValid());
+    EXPECT_FALSE(ZRUniStats("x", 10, {4, -1}).IsValid());
+    EXPECT_FALSE(ZRUniStats("x", std::nan(""), {1}).IsValid());
+    EXPECT_FALSE(ZRUniStats("x", ZRMV::gMissingValue, {1}).IsValid());
+}
+
+TEST(UniStats, ContinuousNeedsOneCutPointMoreThanFrequenciesAscending)
+{
+    const double m = ZRMV::gMissingValue;
+    ZRUniStats::SummStats summary;
+    summary.stdDev = 2;
+    EXPECT_TRUE(ZRUniStats("x", 3, summary, {}, {}).IsValid());
+    EXPECT_TRUE(ZRUniStats("x", 3, summary, {0, 1, 2}, {1, 2}).IsValid());
+    EXPECT_TRUE(ZRUniStats("x", 3, summary, {m, 1, m}, {1, 2}).IsValid());
+    EXPECT_FALSE(ZRUniStats("x", 3, summary, {0, 1}, {1, 2}).IsValid());
+    EXPECT_FALSE(ZRUniStats("x", 3, summary, {0, 2, 1}, {1, 2}).IsValid());
+    EXPECT_FALSE(ZRUniStats("x", 3, summary, {0, 0}, {1}).IsValid());
+    summary.stdDev = -0.5;
+    EXPECT_FALSE(ZRUniStats("x", 3, summary, {0, 1}, {3}).IsValid());
+    summary.stdDev = m;
+    EXPECT_TRUE(ZRUniStats("x", 3, summary, {0, 1}, {3}).IsValid());
+}
+
+TEST(UniStats, KeepsWhatItWasBuiltWith)
+{
+    ZRUniStats::SummStats summary;
+    summary.minimum = 1;
+    summary.maximum = 9;
+    summary.mean = 4;
+    summary.stdDev = 2;
+    ZRUniStats stats;
+    stats = ZRUniStats("age", 7, summary, {1, 5, 9}, {3, 4});
+    EXPECT_TRUE(stats.IsContinuous());
+    EXPECT_EQ("age", stats.GetFieldName());
+    EXPECT_EQ(7, stats.GetTotalFreq());
+    EXPECT_EQ(9, stats.GetSummStats().maximum);
+    EXPECT_EQ((std::vector<double>{1, 5, 9}), stats.GetCutPoints());
+    EXPECT_EQ((std::vector<double>{3, 4}), stats.GetFrequencies());
+}
+
+TEST(Format, ShortestTextThatReadsBackToTheSameDouble)
+{
+    using ZRXML_NAMESPACE::Format;
+    EXPECT_EQ("12", Format(12, false, nullptr));
+    EXPECT_EQ("0", Format(0, false, nullptr));
+    EXPECT_EQ("-3.5", Format(-3.5, false, nullptr));
+    EXPECT_EQ("0.1", Format(0.1, false, nullptr));
+    EXPECT_EQ("1e+21", Format(1e21, false, nullptr));
+    EXPECT_EQ("NaN", Format(std::nan(""), false, nullptr));
+    EXPECT_EQ("INF", Format(std::numeric_limits<double>::infinity(), false, nullptr));
+    EXPECT_EQ("-INF", Format(-std::numeric_limits<double>::infinity(), false, nullptr));
+    for (double value : {1.0 / 3, DBL_MAX, -DBL_MAX, DBL_MIN, 5e-324, 123456789.123456789,
+                         ZRMV::gMissingValue}) {
+        const std::string text = Format(value, false, nullptr);
+        EXPECT_EQ(value, std::strtod(text.c_str(), nullptr)) << text;
+    }
+    char buffer[32];
+    EXPECT_EQ("2.25", Format(2.25, true, buffer));
+    EXPECT_STREQ("2.25", buffer);
+}
