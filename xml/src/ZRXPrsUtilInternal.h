@@ -16,11 +16,17 @@ XERCES_CPP_NAMESPACE_END
 
 namespace ZRXPrsUtil {
 
-// An integer in the range of int. Anything else (not an integer, out of
-// range, empty) gives false and leaves `value` untouched.
+// An integer in the range of int, in the XML library's integer form (white
+// space, an optional sign, decimal digits). Anything else (not an integer,
+// empty, null, out of range) gives false and leaves `value` untouched. The
+// range is checked here: the XML library's own conversion to int wraps
+// silently ("12345678901" would give -539222987).
 bool ParseInteger(const XMLCh* text, int& value);
-// An XML Schema double. NaN gives ZRMV::gMissingValue; INF, -INF and text that
-// is not a number give false and leave `value` untouched.
+// An XML Schema double. NaN gives ZRMV::gMissingValue; INF, -INF, a number
+// too large for a double (read as an infinity), null and text that is not a
+// number give false and leave `value` untouched. A number too small for a
+// normal double is read as 0, as the XML library reads it. Only the XML
+// library's NumberFormatException is caught; anything else passes on.
 bool ParseDouble(const XMLCh* text, double& value);
 // White-space separated doubles. The first token that fails empties `values`
 // and gives false; no token gives true and an empty list.
@@ -29,18 +35,35 @@ bool ParseDoublesList(const XMLCh* text, std::vector<double>& values);
 // equals `name`. The tag is not looked at.
 bool IsVendorExtension(const xercesc::DOMElement& element, const char* name);
 
-// Makes every DOM parser of the library. Documents come from users, so the
-// parser resolves no external entity, loads no external DTD and stops entity
-// expansion at the XML library's default limit; nothing else is changed (no
-// validation, no namespaces, no error handler). Null if it can't be made.
+// Makes every DOM parser of the library; the caller owns it (delete).
+//
+// Hardened on purpose, departing from a parser left at the XML library's
+// defaults: documents come from users, and at those defaults Xerces-C resolves
+// external entities (a file:// entity reads any local file into the DOM, an
+// http:// one fetches over the network), loads external DTDs, and expands
+// nested internal entities without bound (a "billion laughs" document grows
+// past hundreds of megabytes). So the parser
+//   - resolves no external entity (setDisableDefaultEntityResolution): a
+//     document that uses one fails to parse;
+//   - loads no external DTD (setLoadExternalDTD(false)): it is skipped;
+//   - stops entity expansion at the XML library's default limit of 50,000
+//     through a SecurityManager that the parser object owns: such a document
+//     fails to parse, quickly.
+// Nothing else is changed (no validation, no namespaces, no error handler),
+// so the DOM of any document without a DOCTYPE is exactly as before.
 // May throw what the XML library throws while constructing a parser.
 xercesc::XercesDOMParser* NewDOMParser();
 
 // Parses `source` (or the file at `path` when `source` is null) with
 // `parser`. Any failure gives status 104 and no exception leaves: an
-// XMLException (its message goes to `message` as UTF-8), any other exception,
-// a document that is not well-formed (the parser's error count is not 0), or
-// no document. On success the document stays with the parser.
+// XMLException (its message goes to `message` as UTF-8), an
+// OutOfMemoryException or any other exception (also one thrown by the input
+// stream), a document that is not well-formed (the XML library then throws
+// nothing but counts errors: the parser's error count is not 0, and
+// getDocument() may hold a partial document), or no document. `message` is
+// emptied first, so it is empty after a success and after every failure but
+// an XMLException. On success the document stays with the parser; after a
+// failure the caller must not use the parser's document.
 ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
                                    const xercesc::InputSource* source, const char* path,
                                    std::string& message);

@@ -39,8 +39,12 @@ typedef std::pair<unsigned int, const char*> NameListEntry;
 
 // ---------------------------------------------------------------- conversion
 
-// A transcoder between XMLCh and one byte encoding. Never throws on bad text:
-// a failed conversion gives an empty result.
+// A transcoder between XMLCh and one byte encoding, made through the XML
+// library's transcoding service for each object. Never throws on bad text: a
+// failed conversion gives an empty result. A pass of the XML library's
+// transcoder that consumes nothing (text that ends inside a multi-byte
+// character, or a high surrogate as the last code unit) ends the conversion
+// and counts as a failure: the text is not valid in the encoding.
 class ZRXPRS_API ZRXTranscoder {
 public:
     // `encoding` null stands for "UTF-8".
@@ -62,10 +66,18 @@ private:
 };
 
 // UTF-16 to UTF-8; null gives "".
+// ToUTF8 and ToUTF16 give exactly what a UTF-8 ZRXTranscoder gives, failures
+// (empty results) included, but they convert directly instead of making a
+// transcoder per call: they sit on every attribute read and cost a tenth as
+// much this way. Holding no object of the XML library, they can't outlive it
+// across XMLPlatformUtils::Initialize/Terminate cycles, and they are safe on
+// any thread.
 ZRXPRS_API std::string ToUTF8(const XMLCh* text);
 // UTF-8 (not null) to UTF-16 with a closing zero.
 ZRXPRS_API std::vector<XMLCh> ToUTF16(const char* text);
-// Exact, case-sensitive comparison of XMLCh text with UTF-8 text.
+// Exact, case-sensitive comparison of XMLCh text with UTF-8 text, code unit by
+// code unit after ToUTF16 of `str` (ASCII `str` is compared in place). Null
+// `xstr` equals "", and so does `str` when it is not valid UTF-8.
 ZRXPRS_API bool XStrEqualsUTF8Str(const XMLCh* xstr, const char* str);
 
 // ------------------------------------------------------ attributes and tags
@@ -125,6 +137,8 @@ ZRXPRS_API bool AssembleDoublesList(const xercesc::DOMElement& element,
 ZRXPRS_API xercesc::DOMElement* CreateElement(xercesc::DOMDocument& document, const char* tag);
 ZRXPRS_API xercesc::DOMElement* CreateExtension(xercesc::DOMDocument& document,
                                                 const char* name);
+// A null new child (and for ReplaceElement a null old child) gives false
+// without touching the DOM; a null reference child of InsertElement appends.
 ZRXPRS_API bool ReplaceElement(xercesc::DOMElement& parent, xercesc::DOMElement* newChild,
                                xercesc::DOMElement* oldChild);
 ZRXPRS_API bool InsertElement(xercesc::DOMElement& parent, xercesc::DOMElement* newChild,
@@ -136,6 +150,10 @@ ZRXPRS_API bool SetAttribute(xercesc::DOMElement& element, const char* name, dou
 // -------------------------------------------------------------- input source
 
 // A document source that reads a std::istream, which must outlive the parse.
+// The stream's read() feeds the parser; its gcount() tells a short read and
+// the end of input. Its position is tellg(), or once the stream has failed
+// (tellg() gives -1 at the end of input) the bytes handed out so far. What
+// the stream throws ends the parse (ParseWithParser turns it into 104).
 class ZRXPRS_API ZRXInputSource : public xercesc::InputSource {
 public:
     explicit ZRXInputSource(std::istream& stream);

@@ -1,0 +1,64 @@
+// A document source over a std::istream.
+#include <zrparsexmlr/ZRXPrsUtil.h>
+
+#include <xercesc/util/BinInputStream.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+namespace ZRXPrsUtil {
+
+namespace {
+
+// Hands the bytes of the stream to the XML library. A short read or the end
+// of the stream shows as a count below the one asked for.
+class ZRXBinInputStream : public xercesc::BinInputStream {
+public:
+    explicit ZRXBinInputStream(std::istream* stream) : m_stream(stream), m_read(0) {}
+    ~ZRXBinInputStream() override {}
+
+    // The stream's position; once the stream has failed (tellg gives -1 at
+    // the end of input), the number of bytes handed out so far.
+    XMLFilePos curPos() const override
+    {
+        const std::streampos position = m_stream->tellg();
+        return position >= 0 ? static_cast<XMLFilePos>(position) : m_read;
+    }
+
+    XMLSize_t readBytes(XMLByte* const toFill, const XMLSize_t maxToRead) override
+    {
+        m_stream->read(reinterpret_cast<char*>(toFill), static_cast<std::streamsize>(maxToRead));
+        const std::streamsize count = m_stream->gcount();
+        m_read += static_cast<XMLFilePos>(count);
+        return static_cast<XMLSize_t>(count);
+    }
+
+    const XMLCh* getContentType() const override { return nullptr; }
+
+private:
+    std::istream* m_stream;
+    XMLFilePos m_read;
+};
+
+} // namespace
+
+ZRXInputSource::ZRXInputSource(std::istream& stream)
+    : xercesc::InputSource("istream", xercesc::XMLPlatformUtils::fgMemoryManager),
+      m_stream(stream)
+{
+}
+
+ZRXInputSource::~ZRXInputSource() {}
+
+xercesc::BinInputStream* ZRXInputSource::makeStream() const
+{
+    // BinInputStream allocates through the XML library's memory manager
+    // (XMemory), and the XML library deletes the stream after the parse. A
+    // failed allocation gives null, which the parser reports as unreadable
+    // input.
+    try {
+        return new ZRXBinInputStream(&m_stream);
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+} // namespace ZRXPrsUtil
