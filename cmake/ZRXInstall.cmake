@@ -23,5 +23,9 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zrparsexmlrConfig.cmake
               ${CMAKE_CURRENT_BINARY_DIR}/zrparsexmlrConfigVersion.cmake
         DESTINATION ${ZRX_CMAKE_DIR})
 
+# The pc file finds its prefix from its own place, so that the installed tree
+# can be moved (and installed with --prefix).
+file(RELATIVE_PATH ZRX_PC_TO_PREFIX "/root/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/root")
+string(REGEX REPLACE "/$" "" ZRX_PC_TO_PREFIX "${ZRX_PC_TO_PREFIX}")
 configure_file(cmake/zrparsexmlr.pc.in ${CMAKE_CURRENT_BINARY_DIR}/zrparsexmlr.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/zrparsexmlr.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

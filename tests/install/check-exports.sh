@@ -7,7 +7,7 @@ syms=$(nm -DC --defined-only "$lib")
 fail=0
 expect() { grep -q -- "$1" <<<"$syms" || { echo "not exported: $1"; fail=1; }; }
 hidden() { if grep -q -- "$1" <<<"$syms"; then echo "exported but internal: $1"; fail=1; fi; }
-expect 'ZRXPrsUtil::ToUTF8('
+expect 'ZRXPrsUtil::ToUTF8\['
 expect 'ZRXPrsUtil::ToUTF16('
 expect 'ZRXPrsUtil::GetIntAttribute('
 expect 'ZRXPrsUtil::AssembleDoublesList('
