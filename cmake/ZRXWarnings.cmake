@@ -4,3 +4,11 @@ function(zrx_warnings target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow
                          -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 endfunction()
+
+# Shared libraries must resolve every symbol at link time, except in the fuzz
+# build: clang leaves the sanitizer runtime to the executable there.
+function(zrx_no_undefined target)
+  if(NOT ZRX_FUZZ)
+    target_link_options(${target} PRIVATE "LINKER:--no-undefined")
+  endif()
+endfunction()

@@ -87,6 +87,9 @@ TEST(Format, ShortestTextThatReadsBackToTheSameDouble)
     EXPECT_EQ("-3.5", Format(-3.5, false, nullptr));
     EXPECT_EQ("0.1", Format(0.1, false, nullptr));
     EXPECT_EQ("1e+21", Format(1e21, false, nullptr));
+    EXPECT_EQ("500", Format(500, false, nullptr));
+    EXPECT_EQ("1200000", Format(1.2e6, false, nullptr));
+    EXPECT_EQ("1e+16", Format(1e16, false, nullptr));
     EXPECT_EQ("NaN", Format(std::nan(""), false, nullptr));
     EXPECT_EQ("INF", Format(std::numeric_limits<double>::infinity(), false, nullptr));
     EXPECT_EQ("-INF", Format(-std::numeric_limits<double>::infinity(), false, nullptr));

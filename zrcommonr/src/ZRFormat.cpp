@@ -19,17 +19,26 @@ namespace ZRXML_NAMESPACE {
 
 namespace {
 
-// The shortest "%.Ng" text (N from 1 to 17) that strtod reads back to the
-// same double; 17 significant digits always round-trip.
+// The shortest text among the "%.Ng" forms (N from 1 to 17) that strtod
+// reads back to the same double; 17 significant digits always round-trip.
+// The fewest digits can come in exponent form ("5e+02") where more digits are
+// shorter in positional form ("500"), so the search goes on past the first
+// hit until a positional form is reached; of two forms of one length the
+// positional one wins.
 std::string Shortest(double value)
 {
     char text[40];
+    std::string best;
     for (int precision = 1; precision <= 17; ++precision) {
         std::snprintf(text, sizeof text, "%.*g", precision, value);
-        if (std::strtod(text, nullptr) == value)
+        if (std::strtod(text, nullptr) != value)
+            continue;
+        if (best.empty() || std::strlen(text) <= best.size())
+            best = text;
+        if (std::strchr(text, 'e') == nullptr)
             break;
     }
-    return text;
+    return best;
 }
 
 std::string Fixed(double value)
