@@ -133,18 +133,30 @@ TEST_F(Parsing, EveryFailedParseGives104WithoutAnException)
     }
     // The stream itself fails in the middle of the document.
     std::unique_ptr<xercesc::XercesDOMParser> parser(NewDOMParser());
-    ThrowingBuf buffer("<DataModel><Fields>");
-    std::istream stream(&buffer);
-    stream.exceptions(std::ios::badbit);
-    ZRXInputSource source(stream);
     std::string message;
-    EXPECT_EQ(ParseWithParser(*parser, &source, nullptr, message).GetCode(), 104);
+    for (const std::string& head : {std::string(), std::string("<DataModel><Fields>")}) {
+        ThrowingBuf buffer(head);
+        std::istream stream(&buffer);
+        stream.exceptions(std::ios::badbit);
+        ZRXInputSource source(stream);
+        EXPECT_EQ(ParseWithParser(*parser, &source, nullptr, message).GetCode(), 104) << head;
+    }
     // A file that isn't there.
     EXPECT_EQ(ParseWithParser(*parser, nullptr, "/no/such/dir/doc.xml", message).GetCode(), 104);
     // A good parse after all that empties the message.
     const std::string path = std::string(ZRX_TEST_DATA_DIR) + "/xml/small.xml";
     EXPECT_TRUE(ParseWithParser(*parser, nullptr, path.c_str(), message).IsOK());
     EXPECT_EQ(message, "");
+}
+
+TEST_F(Parsing, StreamsThatThrowAtTheirEndStillRead)
+{
+    std::istringstream stream("<DataModel><Fields/></DataModel>");
+    stream.exceptions(std::ios::failbit | std::ios::badbit);
+    std::unique_ptr<xercesc::XercesDOMParser> parser(NewDOMParser());
+    ZRXInputSource source(stream);
+    std::string message;
+    EXPECT_TRUE(ParseWithParser(*parser, &source, nullptr, message).IsOK());
 }
 
 TEST_F(Parsing, ExternalEntitiesAndDtdsAreNotRead)

@@ -1,5 +1,31 @@
 // ZRDataModelParser: reads a DataModel document, the product's own small
 // description of a data set, into a variable list.
+//
+//   <DataModel><Fields>
+//     <Field name="age" displayLabel="Age" storage="integer" measure="continuous" role="input">
+//       <Range minValue="18" maxValue="99"/>
+//     </Field>
+//     <Field name="region" storage="string" measure="nominal">
+//       <Values><Value value="N" displayLabel="North"/>...</Values>
+//     </Field>
+//   </Fields></DataModel>
+//
+// "storage" is one of integer, real, string, date, time, timestamp (storage
+// codes 1 to 6); "measure" "continuous" makes a continuous variable and any
+// other text a categorical one; "role" input, target or freqWeight (roles 4,
+// 2, 3; any other text or none gives 0). A continuous freqWeight field
+// becomes the list's weight variable.
+//
+// Status codes: 103 the XML library can't be started or no parser made;
+// 104 the document can't be parsed (not well-formed, empty, or refused for
+// safety: it uses an external entity or expands entities beyond the XML
+// library's limit; external DTDs are not loaded); 105 the document element
+// is not "DataModel"; 113 it has no "Fields" child; 107 FillVarList without a
+// parsed document; 108 a Field lacks "name", "storage" or "measure"; 109 its
+// "storage" is unknown; 111 the ZRVarList refused the variable.
+//
+// Each object starts the XML library in its constructor and stops it in its
+// destructor, so any number of objects may live side by side.
 #ifndef ZRPARSEXMLR_ZRDATAMODELPARSER_H
 #define ZRPARSEXMLR_ZRDATAMODELPARSER_H
 
@@ -22,9 +48,15 @@ public:
 
     // The status of construction, then of the last ParseToDOM.
     ZRCommon::ZRStatus GetStatus() const;
-    // Parses `text`, the text of a document (not a file name).
+    // Parses `text`, the text of a document (not a file name), replacing the
+    // document held before; after a failure no document is held.
     ZRCommon::ZRStatus ParseToDOM(const std::string& text);
-    // Adds one variable per Field of the held document to `varList`.
+    // Adds one variable per Field of the held document to `varList`, in
+    // document order, and stops at the first Field that fails; what was added
+    // before stays. `alternateInputRole` gives "input" fields role 5 in place
+    // of 4. Continuous variables are asked for `binCount` bins when `useBins`
+    // is true and `binCount` is more than 1. After a failed ParseToDOM this
+    // answers with that failure's code.
     ZRCommon::ZRStatus FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList, bool alternateInputRole,
                                    bool useBins, int binCount) const;
 

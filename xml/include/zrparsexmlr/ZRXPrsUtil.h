@@ -152,8 +152,11 @@ ZRXPRS_API bool SetAttribute(xercesc::DOMElement& element, const char* name, dou
 // A document source that reads a std::istream, which must outlive the parse.
 // The stream's read() feeds the parser; its gcount() tells a short read and
 // the end of input. Its position is tellg(), or once the stream has failed
-// (tellg() gives -1 at the end of input) the bytes handed out so far. What
-// the stream throws ends the parse (ParseWithParser turns it into 104).
+// (tellg() gives -1 at the end of input) the bytes handed out so far. An
+// exception of the stream is caught and ends the input there: a document cut
+// off by it fails to parse (104), and a stream whose exception mask includes
+// failbit, which throws at its end, reads like any other. (Bytes that the
+// stream had taken but not yet handed out when it threw are lost with it.)
 class ZRXPRS_API ZRXInputSource : public xercesc::InputSource {
 public:
     explicit ZRXInputSource(std::istream& stream);
