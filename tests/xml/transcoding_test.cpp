@@ -174,4 +174,8 @@ TEST(TranscodingLifecycle, SurvivesRepeatedInitializeAndTerminate)
         }
         EXPECT_EQ(utf8.TranscodeTo(u"still"), "still");
     }
+    // With the XML library stopped, a transcoder object is merely invalid.
+    const ZRXTranscoder stopped;
+    EXPECT_FALSE(stopped.isValid());
+    EXPECT_EQ(stopped.TranscodeTo(u"x"), "");
 }

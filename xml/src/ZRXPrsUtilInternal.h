@@ -51,7 +51,8 @@ bool IsVendorExtension(const xercesc::DOMElement& element, const char* name);
 //     fails to parse, quickly.
 // Nothing else is changed (no validation, no namespaces, no error handler),
 // so the DOM of any document without a DOCTYPE is exactly as before.
-// May throw what the XML library throws while constructing a parser.
+// Never null; may throw what the XML library throws while constructing a
+// parser (OutOfMemoryException, XMLException).
 xercesc::XercesDOMParser* NewDOMParser();
 
 // Parses `source` (or the file at `path` when `source` is null) with

@@ -144,6 +144,8 @@ bool IsAscii(const char* text)
 
 ZRXTranscoder::ZRXTranscoder(const char* encoding) : m_transcoder(nullptr)
 {
+    if (!xercesc::XMLPlatformUtils::fgTransService)
+        return;  // the XML library is not started
     try {
         xercesc::XMLTransService::Codes code = xercesc::XMLTransService::Ok;
         const std::vector<XMLCh> name =

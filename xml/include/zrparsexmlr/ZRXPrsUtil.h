@@ -47,7 +47,8 @@ typedef std::pair<unsigned int, const char*> NameListEntry;
 // and counts as a failure: the text is not valid in the encoding.
 class ZRXPRS_API ZRXTranscoder {
 public:
-    // `encoding` null stands for "UTF-8".
+    // `encoding` null stands for "UTF-8". Invalid if the XML library has no
+    // transcoder for the encoding, or is not started.
     explicit ZRXTranscoder(const char* encoding = nullptr);
     ~ZRXTranscoder();
     ZRXTranscoder(const ZRXTranscoder&) = delete;
@@ -68,10 +69,11 @@ private:
 // UTF-16 to UTF-8; null gives "".
 // ToUTF8 and ToUTF16 give exactly what a UTF-8 ZRXTranscoder gives, failures
 // (empty results) included, but they convert directly instead of making a
-// transcoder per call: they sit on every attribute read and cost a tenth as
-// much this way. Holding no object of the XML library, they can't outlive it
-// across XMLPlatformUtils::Initialize/Terminate cycles, and they are safe on
-// any thread.
+// transcoder per call: they sit on every attribute read and tag comparison,
+// and a transcoder per call costs several times the conversion itself
+// (bench/bench_transcode). Holding no object of the XML library, they can't
+// outlive it across XMLPlatformUtils::Initialize/Terminate cycles, and they
+// are safe on any thread.
 ZRXPRS_API std::string ToUTF8(const XMLCh* text);
 // UTF-8 (not null) to UTF-16 with a closing zero.
 ZRXPRS_API std::vector<XMLCh> ToUTF16(const char* text);
