@@ -1,5 +1,4 @@
-// Shared by the DataModel reader tests: documents from Field elements and a
-// one-call parse-and-fill.
+// Shared by the DataModel reader tests.
 #ifndef ZRX_DATAMODEL_TEST_UTIL_H
 #define ZRX_DATAMODEL_TEST_UTIL_H
 
@@ -14,8 +13,7 @@ inline std::string Model(const std::string& fields)
     return "<DataModel><Fields>" + fields + "</Fields></DataModel>";
 }
 
-// Parses `text` and fills `list`; the code of the first failing step, 0 if
-// all went well.
+// Parses `text` and fills `list`: the code of the first failing step, or 0.
 inline long ParseAndFill(const std::string& text, ZRMTD_NAMESPACE::ZRVarList& list,
                          bool alternateInputRole = false, bool useBins = false, int binCount = 0)
 {

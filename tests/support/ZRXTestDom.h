@@ -1,9 +1,11 @@
-// Test support: keeps the XML library started for a test and turns document
-// text into a DOM through the library's own parser.
+// Test support: keeps the XML library started and turns document text into
+// a DOM through the library's own parser.
 #ifndef ZRX_TEST_DOM_H
 #define ZRX_TEST_DOM_H
 
 #include "ZRXPrsUtilInternal.h"
+
+#include <gtest/gtest.h>
 
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
@@ -21,29 +23,26 @@ namespace zrxtest {
 struct XercesSession {
     XercesSession() { xercesc::XMLPlatformUtils::Initialize(); }
     ~XercesSession() { xercesc::XMLPlatformUtils::Terminate(); }
-    XercesSession(const XercesSession&) = delete;
-    XercesSession& operator=(const XercesSession&) = delete;
 };
 
-// A document parsed from text by a parser of NewDOMParser; the document
-// lives as long as the object.
-class ParsedDoc {
-public:
-    explicit ParsedDoc(const std::string& text) : m_parser(ZRXPrsUtil::NewDOMParser())
+// A test with the XML library started for its duration.
+class XercesTest : public ::testing::Test {
+    XercesSession m_session;
+};
+
+// `text` parsed by a parser of NewDOMParser, which owns the document.
+struct ParsedDoc {
+    explicit ParsedDoc(const std::string& text) : parser(ZRXPrsUtil::NewDOMParser())
     {
         std::istringstream stream(text);
         ZRXPrsUtil::ZRXInputSource source(stream);
-        m_status = ZRXPrsUtil::ParseWithParser(*m_parser, &source, nullptr, m_message);
+        status = ZRXPrsUtil::ParseWithParser(*parser, &source, nullptr, message);
     }
-    ZRCommon::ZRStatus Status() const { return m_status; }
-    const std::string& Message() const { return m_message; }
-    xercesc::DOMDocument* Doc() const { return m_status.IsOK() ? m_parser->getDocument() : nullptr; }
-    const xercesc::DOMElement& Root() const { return *Doc()->getDocumentElement(); }
+    const xercesc::DOMElement& Root() const { return *parser->getDocument()->getDocumentElement(); }
 
-private:
-    std::unique_ptr<xercesc::XercesDOMParser> m_parser;
-    ZRCommon::ZRStatus m_status;
-    std::string m_message;
+    std::unique_ptr<xercesc::XercesDOMParser> parser;
+    ZRCommon::ZRStatus status;
+    std::string message;
 };
 
 inline std::string ReadFile(const std::string& path)
@@ -53,9 +52,6 @@ inline std::string ReadFile(const std::string& path)
     out << in.rdbuf();
     return out.str();
 }
-
-// UTF-16 text of a UTF-8 literal, for comparisons.
-inline std::u16string U16(const XMLCh* text) { return text ? std::u16string(text) : std::u16string(); }
 
 } // namespace zrxtest
 

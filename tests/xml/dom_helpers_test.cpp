@@ -1,0 +1,101 @@
+// Attribute readers with their -1/0/1 convention, tags, navigation by tag and
+// by name list, the vendor Extension finders and name lists.
+#include "ZRXTestDom.h"
+
+#include <zrcommonr/ZRMV.h>
+
+#include <climits>
+
+using namespace ZRXPrsUtil;
+
+namespace {
+
+using DomHelpers = zrxtest::XercesTest;
+
+std::string Attr(const xercesc::DOMElement* element, const char* name)
+{
+    return element ? ToUTF8(GetAttribute(*element, name)) : "(none)";
+}
+
+} // namespace
+
+TEST_F(DomHelpers, AttributesTellAbsentFromEmptyAndFollowTheNumberRules)
+{
+    zrxtest::ParsedDoc doc("<r e='' neg='-3' zero='0' pos=' 7 ' big='12345678901' min='-2147483648'"
+                           " bad='abc' nan='NaN' inf='INF' d='2.5e3'>text</r>");
+    const xercesc::DOMElement& r = doc.Root();
+    ASSERT_NE(GetAttribute(r, "e"), nullptr);
+    EXPECT_EQ(*GetAttribute(r, "e"), 0);
+    EXPECT_EQ(GetAttribute(r, "E"), nullptr);
+    EXPECT_EQ(GetAttribute(*r.getFirstChild(), "e"), nullptr);  // a text node
+
+    struct Case { const char* name; int sign; int result; int value; };
+    for (const Case& c : {Case{"neg", 0, 1, -3}, Case{"neg", -1, 0, -3}, Case{"zero", 1, 1, 0},
+                          Case{"zero", 0, 0, 0}, Case{"pos", 1, 0, 7}, Case{"min", -1, 0, INT_MIN},
+                          Case{"absent", -1, -1, 99}, Case{"bad", -1, 1, 99},
+                          Case{"big", -1, 1, 99}, Case{"e", -1, 1, 99}}) {
+        int value = 99;
+        EXPECT_EQ(GetIntAttribute(r, c.name, c.sign, value), c.result) << c.name << c.sign;
+        EXPECT_EQ(value, c.value) << c.name << c.sign;
+    }
+    double value = 4;
+    EXPECT_EQ(GetDoubleAttribute(r, "inf", value), 1);
+    EXPECT_EQ(GetDoubleAttribute(r, "absent", value), -1);
+    EXPECT_EQ(value, 4);
+    EXPECT_EQ(GetDoubleAttribute(r, "d", value), 0);
+    EXPECT_EQ(value, 2500);
+    EXPECT_EQ(GetDoubleAttribute(r, "nan", value), 0);
+    EXPECT_EQ(value, ZRMV::gMissingValue);
+}
+
+TEST_F(DomHelpers, NavigationMatchesWholeTagsAndSkipsOtherNodes)
+{
+    zrxtest::ParsedDoc doc("<p:r xmlns:p='urn:x'> <!--c--> <a/> text <b id='1'/><?pi x?>"
+                           "<b id='2'/><c/><p:c/></p:r>");
+    const xercesc::DOMElement& r = doc.Root();
+    EXPECT_FALSE(TagNameEquals(r, "r"));
+    EXPECT_TRUE(TagNameEquals(r, "p:r"));
+    EXPECT_EQ(AsElement(*r.getFirstChild(), nullptr), nullptr);
+    EXPECT_EQ(ToUTF8(GetFirstChildElmt(r, nullptr)->getTagName()), "a");
+    const xercesc::DOMElement* b1 = GetFirstChildElmt(r, "b");
+    EXPECT_EQ(Attr(b1, "id"), "1");
+    EXPECT_EQ(Attr(GetNextSiblingElmt(*b1, "b"), "id"), "2");
+    EXPECT_EQ(GetNextSiblingElmt(*GetNextSiblingElmt(*b1, "b"), "b"), nullptr);
+    EXPECT_TRUE(TagNameEquals(*GetNextSiblingElmt(*GetFirstChildElmt(r, "c"), nullptr), "p:c"));
+
+    // The order of the names decides, not the order of the children.
+    const NameListEntry names[] = {{10, "x"}, {11, "c"}, {12, "a"}, {0, nullptr}};
+    std::size_t index = 7;
+    EXPECT_EQ(GetFirstChildElmt(r, names, index), GetFirstChildElmt(r, "c"));
+    EXPECT_EQ(index, 1u);
+    const NameListEntry empty[] = {{5, nullptr}};
+    EXPECT_EQ(GetFirstChildElmt(r, empty, index), nullptr);
+    EXPECT_EQ(index, 0u);
+}
+
+TEST_F(DomHelpers, ExtensionFindersPassOverForeignOnes)
+{
+    const std::string ours = std::string("extender='") + VendorExtenderId + "'";
+    zrxtest::ParsedDoc doc("<r><Extension name='opts'/><Extension extender='other.org' name='opts'/>"
+                           "<X " + ours + " name='opts'/><Extension " + ours + " name='first'/>"
+                           "<Extension " + ours + "/><Extension " + ours + " name='opts'/></r>");
+    const xercesc::DOMElement& r = doc.Root();
+    const xercesc::DOMElement* first = GetFirstChildExtension(r, nullptr);
+    EXPECT_EQ(Attr(first, "name"), "first");
+    const xercesc::DOMElement* opts = GetFirstChildExtension(r, "opts");
+    ASSERT_NE(opts, nullptr);
+    EXPECT_EQ(GetNextSiblingElmt(*opts, nullptr), nullptr);  // the last child
+    EXPECT_EQ(GetNextSiblingExtension(*first, "opts"), opts);
+    EXPECT_EQ(GetNextSiblingExtension(*opts, nullptr), nullptr);
+    EXPECT_FALSE(IsVendorExtension(*GetNextSiblingExtension(*first, nullptr), "opts"));
+}
+
+TEST_F(DomHelpers, FindXStrInListGivesTheLowestIndex)
+{
+    const NameListEntry names[] = {{9, "string"}, {9, "integer"}, {9, "integer"}, {0, nullptr}};
+    EXPECT_EQ(FindXStrInList(u"integer", names), 1);
+    EXPECT_EQ(FindXStrInList(u"Integer", names), -1);
+    const std::vector<std::string> list = {"a", "\xC3\xA9t\xC3\xA9", "\xC3\xA9t\xC3\xA9"};
+    EXPECT_EQ(FindXStrInList(u"\u00E9t\u00E9", list), 1);
+    EXPECT_EQ(FindXStrInList(u"a", std::vector<std::string>()), -1);
+}
