@@ -2,7 +2,6 @@
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/parsers/XercesDOMParser.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -55,9 +54,9 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
     } catch (const xercesc::XMLException& e) {
         message = ToUTF8(e.getMessage());
         return failed;
-    } catch (const xercesc::OutOfMemoryException&) {
-        return failed;
     } catch (...) {
+        // OutOfMemoryException (not an XMLException), or anything else that
+        // left the XML library.
         return failed;
     }
     if (parser.getErrorCount() != 0 || !parser.getDocument())
