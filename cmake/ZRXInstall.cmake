@@ -10,7 +10,9 @@ install(TARGETS zrcommonr zrparsexmlr EXPORT zrparsexmlrTargets
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 install(DIRECTORY zrcommonr/include/zrcommonr DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(sub IN LISTS ZRX_SUBSYSTEMS)
-  install(DIRECTORY ${sub}/include/zrparsexmlr DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${sub}/include/zrparsexmlr)
+    install(DIRECTORY ${sub}/include/zrparsexmlr DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+  endif()
 endforeach()
 
 set(ZRX_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/zrparsexmlr)
