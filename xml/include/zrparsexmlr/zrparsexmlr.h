@@ -6,5 +6,7 @@
 #include <zrparsexmlr/ZRXPrsUtil.h>
 #include <zrparsexmlr/ZRDataModelParser.h>
 #include <zrparsexmlr/ZRPMMLParser.h>
+#include <zrparsexmlr/ZRMem.h>
+#include <zrparsexmlr/ExtNameStr.h>
 
 #endif

@@ -1,0 +1,114 @@
+// Internal helpers shared by the encoding services: the default converter and
+// its clones, the converter settings, the substitution record, and UTF-8
+// decoding. Not exported.
+#ifndef ZRPARSEXMLR_ZRENCODINGINTERNAL_H
+#define ZRPARSEXMLR_ZRENCODINGINTERNAL_H
+
+#include <zrparsexmlr/ZRMem.h>
+
+#include <unicode/ucnv.h>
+#include <unicode/utypes.h>
+
+#include <cstdint>
+#include <string>
+
+namespace ZRMem {
+
+// The warnings that the converter callbacks leave behind, in ICU's warning
+// range: a character had no mapping / an illegal sequence, either substituted.
+constexpr UErrorCode kSubstUnassigned = static_cast<UErrorCode>(-100);
+constexpr UErrorCode kSubstIllegal = static_cast<UErrorCode>(-101);
+
+// Encoding result codes.
+enum ResultCode { kConverted = 0, kDidNotFit = 1, kNoScratch = 2, kTrouble = 3 };
+
+namespace Internal {
+
+// Names the code page that the default converter opens when it is created,
+// instead of ICU's default (which is always UTF-8 on this platform). Null
+// returns to ICU's default. Takes effect at the next creation; meant for set-up
+// code and tests, before first use.
+void SetDefaultCodePage(const char* name);
+
+// Closes the default converter and returns every process-wide value of the
+// encoding services to its start (UTF-8 mode on, ID 0, locale not prepared,
+// system encoding not worked out). For tests only: nothing may use the
+// services meanwhile.
+void ResetEncodingState();
+
+// The default converter, created if need be; null if it cannot be opened.
+UConverter* DefaultConverter();
+// The default converter if it exists, else null; never creates it.
+UConverter* ExistingDefaultConverter();
+// The code page named by SetDefaultCodePage, or "".
+std::string DefaultCodePage();
+
+// Gives every converter the system's behaviour on bad input: "?" for what
+// cannot be converted, and a warning of kSubstUnassigned / kSubstIllegal.
+void ApplyConverterSettings(UConverter* cnv);
+
+// Number of substitutions that the converter callbacks made on this thread.
+// A conversion compares it before and after to see whether it substituted.
+unsigned SubstitutionCount();
+
+// The ICU name of a code page number, or "" if none fits.
+std::string CodePageName(long codePage);
+
+// A converter for one operation: the caller's, used directly and left open,
+// or a private clone of the default converter, closed at the end.
+class ConverterLease {
+public:
+    explicit ConverterLease(void* given);
+    ~ConverterLease();
+    ConverterLease(const ConverterLease&) = delete;
+    ConverterLease& operator=(const ConverterLease&) = delete;
+    UConverter* get() const { return m_cnv; }
+    bool owned() const { return m_owned; }
+private:
+    UConverter* m_cnv;
+    bool m_owned;
+};
+
+// The code of a finished conversion: its ICU outcome, and whether a
+// substitution happened on the way.
+inline int CodeOf(UErrorCode err, bool substituted)
+{
+    if (err == U_BUFFER_OVERFLOW_ERROR)
+        return kDidNotFit;
+    if (U_FAILURE(err) || err == kSubstUnassigned || err == kSubstIllegal || substituted)
+        return kTrouble;
+    return kConverted;
+}
+
+// Reads one character of code page text at text[i] with cnv (which is reset
+// first when reset is true), no further than limit. Gives the bytes used and
+// stores the code point, or gives -1 for an invalid or unmappable character
+// (the converter is then reset).
+int ReadCodePageChar(UConverter* cnv, const char* text, int i, int limit, int32_t* codePoint);
+
+// VORKMBCompare_C on a converter of the caller (null: raw bytes only).
+int CompareCodePage(UConverter* cnv, const char* a, int lengthA, const char* b, int lengthB, int* badInput);
+
+// Length of the longest beginning of text (length negative: up to the NUL)
+// made of whole valid characters of cnv.
+int WholeCharsLen(UConverter* cnv, const char* text, int length);
+
+// UTF-8 decoding. Both give the bytes of the sequence at s[i] (i < length)
+// and its code point, or -1 for an ill-formed sequence.
+// WellFormed: the Unicode table of well-formed sequences.
+int DecodeWellFormed(const uint8_t* s, int i, int length, int32_t* codePoint);
+// Strict: also refuses noncharacters.
+int DecodeStrict(const uint8_t* s, int i, int length, int32_t* codePoint);
+
+// A code point that counts as a character: no surrogate, at most U+10FFFF,
+// and no noncharacter (U+FDD0..U+FDEF, the last two of each plane).
+inline bool IsCharacter(int32_t c)
+{
+    return c >= 0 && c <= 0x10FFFF && !(c >= 0xD800 && c <= 0xDFFF) &&
+           !(c >= 0xFDD0 && c <= 0xFDEF) && (c & 0xFFFE) != 0xFFFE;
+}
+
+} // namespace Internal
+} // namespace ZRMem
+
+#endif
