@@ -99,7 +99,7 @@ int CutFilledUTF8(char* target, int room)
     while (start > 0 && start > room - 4 && U8_IS_TRAIL(static_cast<uint8_t>(target[start])))
         --start;
     if (start >= 0 && U8_IS_LEAD(static_cast<uint8_t>(target[start])) &&
-        start + U8_COUNT_BYTES(static_cast<uint8_t>(target[start])) > room)
+        start + 1 + U8_COUNT_TRAIL_BYTES(static_cast<uint8_t>(target[start])) > room)
         length = start;
     Blank(target, length, room);
     return length;

@@ -1,0 +1,136 @@
+// String primitives of code page text, in a double-byte and a single-byte
+// code page, and the generic forms that follow the UTF-8 mode.
+#include "EncodingTestSupport.h"
+
+#include <cstring>
+
+using namespace ZRMem;
+using namespace ZRMemTest;
+
+namespace {
+// GBK: U+4E2D is D6 D0, U+6587 is CE C4.
+const char kZhong[] = "\xD6\xD0";
+} // namespace
+
+TEST_F(GbkTest, LeadBytesComeFromTheLocale)
+{
+    EXPECT_EQ(VORKMBIsLeadByte_C(0xD6), 1);
+    EXPECT_EQ(VORKMBIsLeadByte_C(0x81), 1);
+    EXPECT_EQ(VORKMBIsLeadByte_C('a'), 0);
+    EXPECT_EQ(VORKMBIsLeadByte_C(0x1D6), 0);
+    const char text[] = "\xD6\xD0" "a\xCE\xC4";
+    EXPECT_EQ(VORKMBmbclen_C(text), 2u);
+    EXPECT_EQ(VORKMBmbclen_C(text + 2), 1u);
+    EXPECT_EQ(VORKMBmbclen_C("\xD6"), 1u) << "a lead byte before the terminator stands alone";
+    EXPECT_EQ(VORKMBstrinc_C(text), text + 2);
+    EXPECT_EQ(VORKMBmblen_C(text, 2), 2);
+    EXPECT_EQ(VORKMBmblen_C(text, 1), -1);
+    EXPECT_EQ(VORKMBmblen_C("\xFF", 1), -1);
+}
+
+TEST_F(Cp1252Test, NoLeadBytesInASingleByteCodePage)
+{
+    for (unsigned b = 0x80; b <= 0xFF; ++b)
+        EXPECT_EQ(VORKMBIsLeadByte_C(b), 0) << b;
+    EXPECT_EQ(VORKMBmbclen_C("\xE4\xE4"), 1u);
+    EXPECT_EQ(VORKMBFindStart_C("\xE4\xE4\xE4", 1), 1u);
+    int cp = 0;
+    EXPECT_EQ(VORKMBU32Get_C(&cp, "\x80", 0, -1), 1);
+    EXPECT_EQ(cp, 0x20AC);
+    EXPECT_EQ(VORKMBqstricmp_C("\xC4rger", -1, "\xE4RGER", -1, nullptr), 1);
+    char target[4];
+    VORKMBstrncpy_C(target, "\xE4\xF6\xFC\xDF", 3);
+    EXPECT_EQ(std::string(target, 3), "\xE4\xF6\xFC");
+}
+
+TEST_F(GbkTest, CharacterStartsAndPreviousCharacter)
+{
+    const char text[] = "a\xD6\xD0\xCE\xC4" "b";
+    EXPECT_EQ(VORKMBFindStart_C(text, 0), 0u);
+    EXPECT_EQ(VORKMBFindStart_C(text, 2), 1u) << "a trail byte belongs to its lead";
+    EXPECT_EQ(VORKMBFindStart_C(text, 3), 3u);
+    EXPECT_EQ(VORKMBFindStart_C(text, 4), 3u);
+    EXPECT_EQ(VORKMBFindStart_C(text, 99), 6u);
+    EXPECT_EQ(VORKMBFindStart_C(nullptr, 3), 0u);
+    EXPECT_EQ(VORKMBAnsiPrev_C(text, text + 5), text + 3);
+    EXPECT_EQ(VORKMBAnsiPrev_C(text, text + 3), text + 1);
+    EXPECT_EQ(VORKMBAnsiPrev_C(text, text + 1), text);
+    EXPECT_EQ(VORKMBAnsiPrev_C(text, text), text);
+}
+
+TEST_F(GbkTest, CopyKeepsWholeCharacters)
+{
+    char target[6];
+    std::memset(target, 'Z', sizeof target);
+    VORKMBstrncpy_C(target, "\xD6\xD0\xCE\xC4", 3);
+    EXPECT_EQ(std::string(target, 4), std::string("\xD6\xD0\0Z", 4));
+    std::memset(target, 'Z', sizeof target);
+    VORKMBstrncpy_C(target, "ab\xD6", 5);
+    EXPECT_EQ(std::string(target, 5), std::string("ab\0\0\0", 5)) << "a cut lead byte is dropped";
+    std::memset(target, 'Z', sizeof target);
+    VORKMBstrncpy_C(target, nullptr, 5);
+    EXPECT_EQ(target[0], 'Z') << "a null source leaves the target alone";
+    char overlap[] = "xx\xD6\xD0" "a";
+    VORKMBstrncpy_C(overlap, overlap + 2, 4);
+    EXPECT_EQ(std::string(overlap, 4), std::string("\xD6\xD0" "a\0", 4));
+}
+
+TEST_F(GbkTest, SearchAtCharacterStarts)
+{
+    // 0xD0 is only a trail byte here; 'P' (0x50) is the trail of D6 50.
+    const char text[] = "\xD6\xD0\xD6P" "aP";
+    EXPECT_EQ(VORKMBstrchr_C(text, 0xD0), nullptr);
+    EXPECT_EQ(VORKMBstrchr_C(text, 'P'), text + 5);
+    EXPECT_EQ(VORKMBstrrchr_C(text, 'P'), text + 5);
+    EXPECT_EQ(VORKMBstrchr_C(text, 'a'), text + 4);
+    EXPECT_EQ(VORKMBstrchr_C(text, 0), text + 6);
+    EXPECT_EQ(VORKMBstrchr_C(text, 'q'), nullptr);
+    const char cut[] = "a\xD6";
+    EXPECT_EQ(VORKMBstrrchr_C(cut, 0xD6), cut + 1) << "a lead byte before the terminator stands alone";
+}
+
+TEST_F(GbkTest, CodePointsThroughTheDefaultConverter)
+{
+    int cp = -1;
+    EXPECT_EQ(VORKMBU32Get_C(&cp, "a\xD6\xD0", 1, -1), 2);
+    EXPECT_EQ(cp, 0x4E2D);
+    EXPECT_EQ(VORKMBU32Get_C(&cp, "a\xD6\xD0", 1, 1), 0) << "start equals end";
+    EXPECT_EQ(cp, 0);
+    EXPECT_EQ(VORKMBU32Get_C(&cp, "a\xD6\xD0", 1, 2), -1) << "the end cuts the character";
+    EXPECT_EQ(VORKMBU32Get_C(&cp, "\x81\x7F", 0, -1), -1);
+    EXPECT_EQ(cp, 0);
+    EXPECT_EQ(VORKMBU32Get_C(&cp, "", 0, -1), 0);
+    EXPECT_EQ(VORKMBU32Get_C(&cp, "ab", -1, -1), -1);
+    EXPECT_EQ(VORKMBU32Get_C(nullptr, "ab", 0, -1), 1);
+}
+
+TEST_F(GbkTest, SetsHaveNoMemberLimit)
+{
+    std::string set;
+    for (int i = 0; i < 64; ++i)
+        set += static_cast<char>('0' + i);
+    set += kZhong;  // the 65th member
+    EXPECT_EQ(VORKMBstrcspn_C("!~\xD6\xD0", set.c_str()), 2u);
+    EXPECT_EQ(VORKMBstrcspn_C("!!", set.c_str()), 2u);
+    EXPECT_EQ(VORKMBstrcspn_C("!\x81\x7F" "0", set.c_str()), 3u) << "a bad byte is one raw unit";
+    EXPECT_EQ(VORKMBstrcspn_C("\xCE\xC4\xD6\xD0", kZhong), 2u);
+}
+
+TEST_F(GbkTest, GenericFormsFollowTheMode)
+{
+    const char utf8[] = "\xE4\xB8\xAD" "a";  // U+4E2D in UTF-8
+    const char gbk[] = "\xD6\xD0" "a";
+    EXPECT_EQ(VORKMBstrinc_A(utf8), utf8 + 3);
+    EXPECT_EQ(VORKMBstrchr_A(utf8, 0x4E2D), utf8);
+    EXPECT_EQ(VORKMBstrnicmp_A("\xC3\x84", "\xC3\xA4", 2), 0);
+    SetUTF8mode(0);
+    EXPECT_EQ(VORKMBstrinc_A(gbk), gbk + 2);
+    EXPECT_EQ(VORKMBstrchr_A(gbk, 'a'), gbk + 2);
+    EXPECT_EQ(VORKMBstrrchr_A(gbk, 0xD0), nullptr);
+    EXPECT_EQ(VORKMBstrcspn_A(gbk, "a"), 2u);
+    EXPECT_EQ(VORKMBAnsiPrev_A(gbk, gbk + 2), gbk);
+    EXPECT_EQ(VORKMBqstricmp_A("AB", -1, "ab", -1, nullptr), 1);
+    char target[2];
+    VORKMBstrncpy_A(target, gbk, 1);
+    EXPECT_EQ(target[0], '\0');
+}
