@@ -118,7 +118,7 @@ TEST_F(EncodingTest, IllFormedUnicodeGivesTroubleAndAnEmptyText)
     }
     char u8[8];
     int code = -1;
-    const unsigned short lone[] = {'a', 0xDC00, 'b'};
+    const unsigned short lone[] = {'a', 0xDC00, 'b', 0};
     EXPECT_EQ(VORKMB16to8(u8, 8, lone, 3, &code), 0);
     EXPECT_EQ(code, 3);
     EXPECT_EQ(u8[0], ' ');
