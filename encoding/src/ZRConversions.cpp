@@ -145,13 +145,9 @@ void NormalizeSource(const Unit*& source, int& sourceLength)
     }
 }
 
-int Fail(const Plan& plan, char* target, int* resultCode)
-{
-    Outcome outcome{0, U_INVALID_STATE_ERROR, false};
-    return Complete(plan, target, outcome, resultCode, [](int) { return 0; });
-}
-
-int Fail(const Plan& plan, unsigned short* target, int* resultCode)
+// No converter to be had: trouble, and the target as for an empty text.
+template <class Unit>
+int Fail(const Plan& plan, Unit* target, int* resultCode)
 {
     Outcome outcome{0, U_INVALID_STATE_ERROR, false};
     return Complete(plan, target, outcome, resultCode, [](int) { return 0; });
@@ -219,74 +215,72 @@ int VORKMB16to8(char* target, int capacity, const unsigned short* source, int so
     });
 }
 
-int VORKMBCodePageto16(void* converter, unsigned short* target, int capacity, const char* source,
-                       int sourceLength, int* resultCode)
+namespace {
+
+// A fixed-buffer conversion through a converter (null: a private clone of the
+// default one). run(cnv, target or null, room, err) converts and gives the
+// length the text needs; cut(cnv, room) fits a text that overran.
+template <class Unit, class Run, class Cut>
+int ThroughConverter(void* converter, Unit* target, int capacity, int sourceLength, int* resultCode,
+                     Run run, Cut cut)
 {
-    NormalizeSource(source, sourceLength);
     const Plan plan = MakePlan(target, capacity, sourceLength);
     ConverterLease lease(converter);
     if (!lease.get())
         return Fail(plan, target, resultCode);
     Outcome outcome{0, U_ZERO_ERROR, false};
     const unsigned before = SubstitutionCount();
-    outcome.needed = ucnv_toUChars(lease.get(), plan.fitting ? AsUChar(target) : nullptr, plan.room,
-                                   source, sourceLength, &outcome.err);
+    outcome.needed = run(lease.get(), plan.fitting ? target : nullptr, plan.room, &outcome.err);
     outcome.substituted = SubstitutionCount() != before;
-    return Complete(plan, target, outcome, resultCode,
-                    [&](int room) { return CutUTF16(target, room); });
+    return Complete(plan, target, outcome, resultCode, [&](int room) { return cut(lease.get(), room); });
+}
+
+} // namespace
+
+int VORKMBCodePageto16(void* converter, unsigned short* target, int capacity, const char* source,
+                       int sourceLength, int* resultCode)
+{
+    NormalizeSource(source, sourceLength);
+    return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
+        [&](UConverter* cnv, unsigned short* dest, int room, UErrorCode* err) {
+            return ucnv_toUChars(cnv, AsUChar(dest), room, source, sourceLength, err);
+        },
+        [&](UConverter*, int room) { return CutUTF16(target, room); });
 }
 
 int VORKMB16toCodePage(void* converter, char* target, int capacity, const unsigned short* source,
                        int sourceLength, int* resultCode)
 {
     NormalizeSource(source, sourceLength);
-    const Plan plan = MakePlan(target, capacity, sourceLength);
-    ConverterLease lease(converter);
-    if (!lease.get())
-        return Fail(plan, target, resultCode);
-    Outcome outcome{0, U_ZERO_ERROR, false};
-    const unsigned before = SubstitutionCount();
-    outcome.needed = ucnv_fromUChars(lease.get(), plan.fitting ? target : nullptr, plan.room,
-                                     AsUChar(source), sourceLength, &outcome.err);
-    outcome.substituted = SubstitutionCount() != before;
-    return Complete(plan, target, outcome, resultCode,
-                    [&](int room) { return CutCodePage(lease.get(), target, room); });
+    return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
+        [&](UConverter* cnv, char* dest, int room, UErrorCode* err) {
+            return ucnv_fromUChars(cnv, dest, room, AsUChar(source), sourceLength, err);
+        },
+        [&](UConverter* cnv, int room) { return CutCodePage(cnv, target, room); });
 }
 
 int VORKMBCodePageto8(void* converter, char* target, int capacity, const char* source,
                       int sourceLength, int* resultCode)
 {
     NormalizeSource(source, sourceLength);
-    const Plan plan = MakePlan(target, capacity, sourceLength);
-    ConverterLease lease(converter);
-    if (!lease.get())
-        return Fail(plan, target, resultCode);
-    Outcome outcome{0, U_ZERO_ERROR, false};
-    const unsigned before = SubstitutionCount();
-    ucnv_resetToUnicode(lease.get());
-    outcome.needed = ucnv_toAlgorithmic(UCNV_UTF8, lease.get(), plan.fitting ? target : nullptr,
-                                        plan.room, source, sourceLength, &outcome.err);
-    outcome.substituted = SubstitutionCount() != before;
-    return Complete(plan, target, outcome, resultCode,
-                    [&](int room) { return CutFilledUTF8(target, room); });
+    return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
+        [&](UConverter* cnv, char* dest, int room, UErrorCode* err) {
+            ucnv_resetToUnicode(cnv);
+            return ucnv_toAlgorithmic(UCNV_UTF8, cnv, dest, room, source, sourceLength, err);
+        },
+        [&](UConverter*, int room) { return CutFilledUTF8(target, room); });
 }
 
 int VORKMB8toCodePage(void* converter, char* target, int capacity, const char* source,
                       int sourceLength, int* resultCode)
 {
     NormalizeSource(source, sourceLength);
-    const Plan plan = MakePlan(target, capacity, sourceLength);
-    ConverterLease lease(converter);
-    if (!lease.get())
-        return Fail(plan, target, resultCode);
-    Outcome outcome{0, U_ZERO_ERROR, false};
-    const unsigned before = SubstitutionCount();
-    ucnv_resetFromUnicode(lease.get());
-    outcome.needed = ucnv_fromAlgorithmic(lease.get(), UCNV_UTF8, plan.fitting ? target : nullptr,
-                                          plan.room, source, sourceLength, &outcome.err);
-    outcome.substituted = SubstitutionCount() != before;
-    return Complete(plan, target, outcome, resultCode,
-                    [&](int room) { return CutCodePage(lease.get(), target, room); });
+    return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
+        [&](UConverter* cnv, char* dest, int room, UErrorCode* err) {
+            ucnv_resetFromUnicode(cnv);
+            return ucnv_fromAlgorithmic(cnv, UCNV_UTF8, dest, room, source, sourceLength, err);
+        },
+        [&](UConverter* cnv, int room) { return CutCodePage(cnv, target, room); });
 }
 
 int VORKMBGenericto16(unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode)

@@ -84,15 +84,6 @@ const CodePageEntry kCodePages[] = {
     {1258, "cp1258"},     {28591, "ISO-8859-1"}, {65001, "UTF-8"},
 };
 
-int EffectiveLength(const char* text, int length)
-{
-    if (!text)
-        return 0;
-    if (length < 0)
-        return static_cast<int>(std::strlen(text));
-    return static_cast<int>(strnlen(text, static_cast<size_t>(length)));
-}
-
 } // namespace
 
 unsigned SubstitutionCount()
@@ -215,26 +206,12 @@ static int32_t NextCompareUnitC(UConverter* cnv, const char* text, int& i, int e
 
 int CompareCodePage(UConverter* cnv, const char* a, int lengthA, const char* b, int lengthB, int* badInput)
 {
-    int bad = 0;
-    const int endA = EffectiveLength(a, lengthA);
-    const int endB = EffectiveLength(b, lengthB);
     if (cnv)
         ucnv_resetToUnicode(cnv);
-    int i = 0, j = 0;
-    int result = 0;
-    while (i < endA && j < endB) {
-        const int32_t ca = NextCompareUnitC(cnv, a, i, endA, bad);
-        const int32_t cb = NextCompareUnitC(cnv, b, j, endB, bad);
-        if (ca != cb) {
-            result = ca < cb ? -1 : 1;
-            break;
-        }
-    }
-    if (result == 0)
-        result = i < endA ? 1 : (j < endB ? -1 : 0);
-    if (badInput)
-        *badInput = bad;
-    return result;
+    return CompareTexts(a, lengthA, b, lengthB, badInput,
+                        [cnv](const char* text, int& i, int end, int& bad) {
+                            return NextCompareUnitC(cnv, text, i, end, bad);
+                        });
 }
 
 } // namespace Internal

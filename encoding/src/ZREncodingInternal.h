@@ -9,7 +9,9 @@
 #include <unicode/ucnv.h>
 #include <unicode/utypes.h>
 
+#include <climits>
 #include <cstdint>
+#include <cstring>
 #include <string>
 
 namespace ZRMem {
@@ -88,6 +90,50 @@ int ReadCodePageChar(UConverter* cnv, const char* text, int i, int limit, int32_
 
 // VORKMBCompare_C on a converter of the caller (null: raw bytes only).
 int CompareCodePage(UConverter* cnv, const char* a, int lengthA, const char* b, int lengthB, int* badInput);
+
+// Where a text of the given length ends: at the length or at a NUL that comes
+// first; a negative length means at the NUL. 0 for a null text.
+inline int EffectiveLength(const char* text, int length)
+{
+    if (!text)
+        return 0;
+    if (length < 0)
+        return static_cast<int>(std::strlen(text));
+    return static_cast<int>(strnlen(text, static_cast<size_t>(length)));
+}
+
+// A size_t length as the int lengths of the comparisons take it; a size
+// beyond int means the whole NUL-terminated text.
+inline int ClampLength(size_t n)
+{
+    return n > static_cast<size_t>(INT_MAX) ? -1 : static_cast<int>(n);
+}
+
+// The case-blind comparison of two texts, character by character:
+// next(text, i, end, bad) gives the comparison value of the character at
+// text[i], steps i over it and sets bad to 3 for a byte that is no character.
+template <class Next>
+int CompareTexts(const char* a, int lengthA, const char* b, int lengthB, int* badInput, Next next)
+{
+    int bad = 0;
+    const int endA = EffectiveLength(a, lengthA);
+    const int endB = EffectiveLength(b, lengthB);
+    int i = 0, j = 0;
+    int result = 0;
+    while (i < endA && j < endB) {
+        const int32_t ca = next(a, i, endA, bad);
+        const int32_t cb = next(b, j, endB, bad);
+        if (ca != cb) {
+            result = ca < cb ? -1 : 1;
+            break;
+        }
+    }
+    if (result == 0)
+        result = i < endA ? 1 : (j < endB ? -1 : 0);
+    if (badInput)
+        *badInput = bad;
+    return result;
+}
 
 // Length of the longest beginning of text (length negative: up to the NUL)
 // made of whole valid characters of cnv.

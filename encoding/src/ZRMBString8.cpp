@@ -92,11 +92,6 @@ int TrimToCharacters(const char* text, int length)
     return length;
 }
 
-int ClampLength(size_t n)
-{
-    return n > static_cast<size_t>(INT_MAX) ? -1 : static_cast<int>(n);
-}
-
 // A code point of the text by its lead byte alone, as the search reads it.
 // Gives the bytes of the sequence, or 0 when a NUL cuts it short.
 int LooseDecode(const uint8_t* s, uint32_t* codePoint)
@@ -154,37 +149,11 @@ int32_t NextCompareUnit8(const char* text, int& i, int end, int& bad)
     return u_tolower(c);
 }
 
-int EffectiveLength8(const char* text, int length)
-{
-    if (!text)
-        return 0;
-    if (length < 0)
-        return static_cast<int>(std::strlen(text));
-    return static_cast<int>(strnlen(text, static_cast<size_t>(length)));
-}
-
 } // namespace
 
 int VORKMBCompare_8(const char* a, int lengthA, const char* b, int lengthB, int* badInput)
 {
-    int bad = 0;
-    const int endA = EffectiveLength8(a, lengthA);
-    const int endB = EffectiveLength8(b, lengthB);
-    int i = 0, j = 0;
-    int result = 0;
-    while (i < endA && j < endB) {
-        const int32_t ca = NextCompareUnit8(a, i, endA, bad);
-        const int32_t cb = NextCompareUnit8(b, j, endB, bad);
-        if (ca != cb) {
-            result = ca < cb ? -1 : 1;
-            break;
-        }
-    }
-    if (result == 0)
-        result = i < endA ? 1 : (j < endB ? -1 : 0);
-    if (badInput)
-        *badInput = bad;
-    return result;
+    return CompareTexts(a, lengthA, b, lengthB, badInput, NextCompareUnit8);
 }
 
 size_t VORKMBmbclen_8(const char* p)

@@ -61,11 +61,6 @@ int32_t ReadUnitC(UConverter* cnv, const char* text, int& i, int end)
     return c;
 }
 
-int ClampLength(size_t n)
-{
-    return n > static_cast<size_t>(INT_MAX) ? -1 : static_cast<int>(n);
-}
-
 } // namespace
 
 size_t VORKMBmbclen_C(const char* p)
