@@ -278,7 +278,13 @@ int VORKMB8toCodePage(void* converter, char* target, int capacity, const char* s
     return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
         [&](UConverter* cnv, char* dest, int room, UErrorCode* err) {
             ucnv_resetFromUnicode(cnv);
-            return ucnv_fromAlgorithmic(cnv, UCNV_UTF8, dest, room, source, sourceLength, err);
+            const int32_t needed = ucnv_fromAlgorithmic(cnv, UCNV_UTF8, dest, room, source, sourceLength, err);
+            // ICU reads ill-formed UTF-8 as U+FFFD without a word, which a
+            // code page that has U+FFFD takes in silently: it is trouble all
+            // the same.
+            if (U_SUCCESS(*err) && !IsWellFormedUTF8(source, sourceLength))
+                *err = kSubstIllegal;
+            return needed;
         },
         [&](UConverter* cnv, int room) { return CutCodePage(cnv, target, room); });
 }

@@ -145,6 +145,8 @@ int WholeCharsLen(UConverter* cnv, const char* text, int length);
 int DecodeWellFormed(const uint8_t* s, int i, int length, int32_t* codePoint);
 // Strict: also refuses noncharacters.
 int DecodeStrict(const uint8_t* s, int i, int length, int32_t* codePoint);
+// Whether text (length negative: up to the NUL) is well-formed UTF-8.
+bool IsWellFormedUTF8(const char* text, int length);
 
 // A code point that counts as a character: no surrogate, at most U+10FFFF,
 // and no noncharacter (U+FDD0..U+FDEF, the last two of each plane).

@@ -57,6 +57,24 @@ int DecodeStrict(const uint8_t* s, int i, int length, int32_t* codePoint)
     return n;
 }
 
+bool IsWellFormedUTF8(const char* text, int length)
+{
+    const uint8_t* s = reinterpret_cast<const uint8_t*>(text);
+    const int end = length < 0 ? static_cast<int>(std::strlen(text)) : length;
+    int32_t c = 0;
+    for (int i = 0; i < end;) {
+        if (s[i] < 0x80) {
+            ++i;
+            continue;
+        }
+        const int n = DecodeWellFormed(s, i, end, &c);
+        if (n < 0)
+            return false;
+        i += n;
+    }
+    return true;
+}
+
 } // namespace Internal
 
 using namespace Internal;

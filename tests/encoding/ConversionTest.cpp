@@ -130,6 +130,17 @@ TEST_F(EncodingTest, IllFormedUnicodeGivesTroubleAndAnEmptyText)
     EXPECT_STREQ(array.get(), "");
 }
 
+TEST_F(EncodingTest, IllFormedUtf8IntoAWideCodePageIsTrouble)
+{
+    Internal::SetDefaultCodePage("UTF-8");
+    std::string out;
+    EXPECT_EQ(VORKMBU8ToCodePage(nullptr, out, "\xFF"), 1) << "U+FFFD takes three bytes of a room of two";
+    char target[8];
+    int code = -1;
+    EXPECT_EQ(VORKMB8toCodePage(nullptr, target, 8, "a\xFF", -1, &code), 4);
+    EXPECT_EQ(code, 3);
+}
+
 TEST_F(GbkTest, StringForms)
 {
     U16String u16;
