@@ -82,8 +82,9 @@ ZRXPRS_API int VORKMBDefaultConverterID();
 
 // Opens a converter; the caller closes it with ucnv_close. Null on failure.
 //   - null name: a converter of the default converter's code page, as a second
-//     independent converter; with no default converter yet, the process's
-//     default code page (this does not create the default converter).
+//     independent converter; with no default converter yet, ICU's default
+//     code page (UTF-8 on Linux, whatever the locale), and this does not
+//     create the default converter.
 //   - a name that is wholly a decimal number from 1 to 99999 ("1252",
 //     "01252"): a code page number, resolved to its IANA name through the
 //     table of well-known code pages, then "windows-NNN", then "cpNNN"; a
@@ -91,7 +92,8 @@ ZRXPRS_API int VORKMBDefaultConverterID();
 //   - any other name goes to ICU as it is; "windows-28591" (any case), which
 //     ICU does not know, opens "ISO-8859-1".
 // Every converter these functions open substitutes "?" for what it cannot
-// convert, and such a substitution makes the conversion report code 3.
+// convert (an unassigned character, an illegal or an irregular sequence), and
+// such a substitution makes the conversion report code 3.
 ZRXPRS_API void* VORKMBConverterNew_C(const char* name);
 // The same, with the name given in UTF-8 (at most 59 bytes in the code page).
 ZRXPRS_API void* VORKMBConverterNew_8(const char* name);
@@ -212,10 +214,13 @@ ZRXPRS_API int VORKMBIsLeadByte_C(unsigned int byte);
 //     bytes behind the text up to the capacity become spaces;
 //   - a capacity of 0 or less, or a null target, writes nothing and gives the
 //     length the text needs (code 1 if it is not empty).
-// UTF-8 input or output with an ill-formed sequence or an unpaired surrogate
-// gives code 3 and length 0, and the target is treated as for an empty text.
-// Code page conversions substitute "?" for bad characters, convert to the end
-// and give code 3.
+// VORKMB8to16 and VORKMB16to8 (and what is built on them) do not substitute:
+// an ill-formed UTF-8 sequence or an unpaired surrogate gives code 3 and
+// length 0, and the target is treated as for an empty text. Code page
+// conversions substitute "?" for bad characters, convert to the end and give
+// code 3; ill-formed UTF-8 into a code page gives code 3 even where the code
+// page can hold the U+FFFD that ICU reads it as. A null source is an empty
+// text.
 ZRXPRS_API int VORKMB8to16(unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode);
 ZRXPRS_API int VORKMB16to8(char* target, int capacity, const unsigned short* source, int sourceLength, int* resultCode);
 ZRXPRS_API int VORKMBCodePageto16(void* converter, unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode);
@@ -251,8 +256,9 @@ ZRXPRS_API int VORKMBU16ToCodePage(void* converter, std::string& target, const U
 ZRXPRS_API int VORKMBCodePageToU8(void* converter, std::string& target, const std::string& source);
 ZRXPRS_API int VORKMBU8ToCodePage(void* converter, std::string& target, const std::string& source);
 
-// Generic string forms. In UTF-8 mode the converter is not consulted where
-// nothing is converted (assignment, code 0).
+// Generic string forms. In UTF-8 mode, routes without a code page do not
+// consult the converter (VORKMBGenericToU16, VORKMBU16ToGeneric), and routes
+// from generic text to UTF-8 or back are an assignment with code 0.
 ZRXPRS_API int VORKMBGenericToU16(void* converter, U16String& target, const std::string& source);
 ZRXPRS_API int VORKMBGenericToU16(U16String& target, const std::string& source);
 ZRXPRS_API int VORKMBU16ToGeneric(void* converter, std::string& target, const U16String& source);
