@@ -333,91 +333,102 @@ int VORKMBCodePagetoGeneric(void* converter, char* target, int capacity, const c
 
 namespace {
 
-// Room for a conversion: on the stack up to StackUnits, else from malloc,
-// uninitialised either way.
-template <class Unit, size_t StackUnits>
-class Scratch {
-public:
-    explicit Scratch(size_t units)
-        : m_heap(units > StackUnits ? static_cast<Unit*>(std::malloc(units * sizeof(Unit))) : nullptr),
-          m_data(units > StackUnits ? m_heap : m_stack)
-    {
-    }
-    ~Scratch() { std::free(m_heap); }
-    Scratch(const Scratch&) = delete;
-    Scratch& operator=(const Scratch&) = delete;
-    Unit* data() const { return m_data; }
-private:
-    Unit m_stack[StackUnits];
-    Unit* m_heap;
-    Unit* m_data;
-};
-
 // Converts source into target through a fixed-buffer conversion in counted
-// mode, with room for factor * n + 1 units, then assigns the text. Target and
-// source may be one object.
+// mode, with room for `units` target units. Small texts are converted on the
+// stack and assigned; larger ones straight into the target's own storage, so
+// that no scratch is allocated and freed each call (the target keeps its
+// capacity from one call to the next). Target and source may be one object.
 template <size_t StackUnits, class Out, class In, class Convert>
-int ToString(Out& target, const In& source, long long factor, Convert convert)
+int ToString(Out& target, const In& source, long long units, Convert convert)
 {
     typedef typename Out::value_type Unit;
-    const long long units = factor * static_cast<long long>(source.size()) + 1;
     if (source.size() > static_cast<size_t>(INT_MAX) || units > INT_MAX) {
         target.clear();
         return kNoScratch;
     }
-    Scratch<Unit, StackUnits> scratch(static_cast<size_t>(units));
-    if (!scratch.data()) {
-        target.clear();
-        return kNoScratch;
-    }
     int code = kConverted;
-    const int length = convert(scratch.data(), static_cast<int>(units), source.data(),
-                               static_cast<int>(source.size()), &code);
     try {
-        target.assign(scratch.data(), static_cast<size_t>(length < 0 ? 0 : length));
+        if (units <= static_cast<long long>(StackUnits)) {
+            Unit scratch[StackUnits];
+            const int length = convert(scratch, static_cast<int>(units), source.data(),
+                                       static_cast<int>(source.size()), &code);
+            target.assign(scratch, static_cast<size_t>(length));
+            return code;
+        }
+        Out separate;
+        const bool same = static_cast<const void*>(&target) == static_cast<const void*>(&source);
+        Out& room = same ? separate : target;
+        room.clear();
+        room.resize(static_cast<size_t>(units));
+        const int length = convert(&room[0], static_cast<int>(units), source.data(),
+                                   static_cast<int>(source.size()), &code);
+        room.resize(static_cast<size_t>(length));
+        if (same)
+            target.swap(separate);
+        return code;
     } catch (const std::bad_alloc&) {
         target.clear();
         return kNoScratch;
     }
-    return code;
+}
+
+// Room for n source units at factor target units each, and one more.
+long long Room(size_t n, long long factor)
+{
+    return factor * static_cast<long long>(n) + 1;
+}
+
+// Room for code page text from n UTF-16 units: four bytes a unit, or less
+// where the converter's widest character (with room for shift sequences, as
+// ICU reckons it) is narrower.
+long long StringCodePageRoom(void* converter, size_t n)
+{
+    long long room = Room(n, 4);
+    const UConverter* cnv = converter ? static_cast<UConverter*>(converter) : DefaultConverter();
+    if (cnv) {
+        const long long widest = (static_cast<long long>(n) + 10) * ucnv_getMaxCharSize(cnv) + 1;
+        if (widest < room)
+            room = widest;
+    }
+    return room;
 }
 
 } // namespace
 
 int VORKMBU8ToU16(U16String& target, const std::string& source)
 {
-    return ToString<1025>(target, source, 1, VORKMB8to16);
+    return ToString<1025>(target, source, Room(source.size(), 1), VORKMB8to16);
 }
 
 int VORKMBU16ToU8(std::string& target, const U16String& source)
 {
-    return ToString<4097>(target, source, 4, VORKMB16to8);
+    return ToString<4097>(target, source, Room(source.size(), 4), VORKMB16to8);
 }
 
 int VORKMBCodePageToU16(void* converter, U16String& target, const std::string& source)
 {
-    return ToString<1025>(target, source, 1, [converter](unsigned short* t, int c, const char* s, int n, int* r) {
+    return ToString<1025>(target, source, Room(source.size(), 1), [converter](unsigned short* t, int c, const char* s, int n, int* r) {
         return VORKMBCodePageto16(converter, t, c, s, n, r);
     });
 }
 
 int VORKMBU16ToCodePage(void* converter, std::string& target, const U16String& source)
 {
-    return ToString<4097>(target, source, 4, [converter](char* t, int c, const unsigned short* s, int n, int* r) {
+    return ToString<4097>(target, source, StringCodePageRoom(converter, source.size()), [converter](char* t, int c, const unsigned short* s, int n, int* r) {
         return VORKMB16toCodePage(converter, t, c, s, n, r);
     });
 }
 
 int VORKMBCodePageToU8(void* converter, std::string& target, const std::string& source)
 {
-    return ToString<3073>(target, source, 3, [converter](char* t, int c, const char* s, int n, int* r) {
+    return ToString<3073>(target, source, Room(source.size(), 3), [converter](char* t, int c, const char* s, int n, int* r) {
         return VORKMBCodePageto8(converter, t, c, s, n, r);
     });
 }
 
 int VORKMBU8ToCodePage(void* converter, std::string& target, const std::string& source)
 {
-    return ToString<1025>(target, source, 1, [converter](char* t, int c, const char* s, int n, int* r) {
+    return ToString<1025>(target, source, Room(source.size(), 1), [converter](char* t, int c, const char* s, int n, int* r) {
         return VORKMB8toCodePage(converter, t, c, s, n, r);
     });
 }

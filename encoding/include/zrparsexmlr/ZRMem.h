@@ -244,9 +244,10 @@ ZRXPRS_API int VORKMBCodePagetoGeneric(void* converter, char* target, int capaci
 // String form (upper-case "To"): the target is replaced by the converted text
 // and the result code is returned. The output room is sized from the source
 // (UTF-16 from UTF-8 or code page: n + 1 units; UTF-8 from UTF-16: 4n + 1;
-// code page from UTF-16: 4n + 1; UTF-8 from code page: 3n + 1; code page from
-// UTF-8: n + 1 bytes); a text that overruns it is cut by the fitting rule with
-// code 1. When the room cannot be allocated (or a source is too long for an
+// code page from UTF-16: 4n + 1, or less where the converter's widest
+// character needs less; UTF-8 from code page: 3n + 1; code page from UTF-8:
+// n + 1 bytes); a text that overruns it is cut by the fitting rule with
+// code 1. The target keeps its storage from call to call. When the room cannot be allocated (or a source is too long for an
 // int length) the target is cleared and the code is 2. Target and source may
 // be the same object.
 ZRXPRS_API int VORKMBU8ToU16(U16String& target, const std::string& source);
