@@ -113,7 +113,7 @@ std::string Combine(const std::vector<std::string>& files, bool twoSplitVars, co
     for (std::size_t i = 0; i < files.size(); ++i) {
         std::vector<std::string> values{regions[i % 2]};
         if (twoSplitVars)
-            values.push_back(i < 2 ? "2020" : "2021");
+            values.push_back(i < 2 ? "2021" : "2022");
         EXPECT_TRUE(combiner.AddModel(files[i], values).IsOK()) << files[i];
     }
     EXPECT_EQ(combiner.GetNModels(), static_cast<int>(files.size()));

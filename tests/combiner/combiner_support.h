@@ -46,13 +46,13 @@ private:
 };
 
 // The split variable "region" (text values north, south) and, with `two`,
-// "year" (integer values 2020, 2021).
+// "year" (integer values 2021, 2022).
 inline void AddSplitVars(ZRMTD_NAMESPACE::ZRVarList& list, bool two)
 {
     list.AddCatVar("region", "Sales region", std::vector<std::string>{"north", "south"},
                    ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
     if (two) {
-        const int year = list.AddCatVar("year", "", std::vector<double>{2020, 2021},
+        const int year = list.AddCatVar("year", "", std::vector<double>{2021, 2022},
                                         ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
         list.GetVarAt(year)->SetStorageType(1);
     }

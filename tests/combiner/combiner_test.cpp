@@ -164,8 +164,8 @@ TEST(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
     AddSplitVars(list, true);
     TempDir dir;
     ZRXSplitPMMLCombiner combiner(list);
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north", "2020"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"", "2021"}).IsOK());
+    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north", "2021"}).IsOK());
+    EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"", "2022"}).IsOK());
     EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"", ""}).IsOK());
     ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
     Combined out(dir.Path("out.xml"));
@@ -173,7 +173,7 @@ TEST(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
     const xercesc::DOMElement* year = out.Field("year");
     EXPECT_EQ(Att(year, "optype") + "/" + Att(year, "dataType") + "/" + Att(year, "displayName"),
               "categorical/integer/");
-    EXPECT_EQ(out.Values("year"), (Values{"2020", "2021"}));
+    EXPECT_EQ(out.Values("year"), (Values{"2021", "2022"}));
     EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"),
               (Values{"x", "color", "y", "region", "year", "z"}));
 
@@ -182,7 +182,7 @@ TEST(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
     const xercesc::DOMElement* both = Child(segments[0], "CompoundPredicate");
     EXPECT_EQ(Att(both, "booleanOperator"), "and");
     EXPECT_EQ(ChildAtts(both, "SimplePredicate", "field"), (Values{"region", "year"}));
-    EXPECT_EQ(ChildAtts(both, "SimplePredicate", "value"), (Values{"north", "2020"}));
+    EXPECT_EQ(ChildAtts(both, "SimplePredicate", "value"), (Values{"north", "2021"}));
     // An empty value drops only its own condition; with none left the
     // segment can never be chosen.
     EXPECT_EQ(ChildAtts(Child(segments[1], "CompoundPredicate"), "SimplePredicate", "field"),
