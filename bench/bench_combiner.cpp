@@ -75,12 +75,24 @@ std::string ModelText(int model)
 // The files of M models, written once per process.
 const std::vector<std::string>& ModelFiles(int count)
 {
+    // A folder of the process, removed at its end.
+    struct Folder {
+        Folder()
+        {
+            char pattern[] = "/tmp/zrx-bench-combiner-XXXXXX";
+            const char* made = mkdtemp(pattern);
+            path = made != nullptr ? made : "";
+        }
+        ~Folder()
+        {
+            if (!path.empty())
+                std::filesystem::remove_all(path);
+        }
+        std::string path;
+    };
     static std::map<int, std::vector<std::string>> made;
-    static const std::string dir = [] {
-        char pattern[] = "/tmp/zrx-bench-combiner-XXXXXX";
-        const char* path = mkdtemp(pattern);
-        return std::string(path != nullptr ? path : "/tmp");
-    }();
+    static const Folder folder;
+    const std::string& dir = folder.path;
     std::vector<std::string>& files = made[count];
     if (files.empty()) {
         for (int i = 0; i < count; ++i) {

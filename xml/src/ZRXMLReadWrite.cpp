@@ -9,7 +9,9 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include <cstddef>
 #include <cstdio>
+#include <string>
 
 using ZRCommon::ZRStatus;
 
@@ -23,10 +25,15 @@ const long kCannotWrite = 118;
 
 // A file target that remembers whether any write, flush or the closing of the
 // file failed. The XML library's own file target swallows a failure of its
-// last flush and of the close, so a full disk would go unnoticed.
+// last flush and of the close, so a full disk would go unnoticed. The
+// serialiser hands over many small pieces; they are gathered and written in
+// large blocks.
 class CheckedFileTarget : public xercesc::XMLFormatTarget {
 public:
-    explicit CheckedFileTarget(const char* path) : m_file(std::fopen(path, "wb")), m_failed(false) {}
+    explicit CheckedFileTarget(const char* path) : m_file(std::fopen(path, "wb")), m_failed(false)
+    {
+        m_pending.reserve(kBlock);
+    }
     ~CheckedFileTarget() override { Close(); }
     CheckedFileTarget(const CheckedFileTarget&) = delete;
     CheckedFileTarget& operator=(const CheckedFileTarget&) = delete;
@@ -36,14 +43,16 @@ public:
     void writeChars(const XMLByte* const bytes, const XMLSize_t count,
                     xercesc::XMLFormatter* const) override
     {
-        if (m_file == nullptr || m_failed || count == 0)
+        if (m_file == nullptr || m_failed)
             return;
-        if (std::fwrite(bytes, 1, count, m_file) != count)
-            m_failed = true;
+        m_pending.append(reinterpret_cast<const char*>(bytes), count);
+        if (m_pending.size() >= kBlock)
+            WritePending();
     }
 
     void flush() override
     {
+        WritePending();
         if (m_file != nullptr && std::fflush(m_file) != 0)
             m_failed = true;
     }
@@ -52,6 +61,7 @@ public:
     bool Close()
     {
         if (m_file != nullptr) {
+            WritePending();
             if (std::fclose(m_file) != 0)
                 m_failed = true;
             m_file = nullptr;
@@ -60,8 +70,19 @@ public:
     }
 
 private:
+    static const std::size_t kBlock = 1 << 16;
+
+    void WritePending()
+    {
+        if (m_file != nullptr && !m_failed && !m_pending.empty() &&
+            std::fwrite(m_pending.data(), 1, m_pending.size(), m_file) != m_pending.size())
+            m_failed = true;
+        m_pending.clear();
+    }
+
     std::FILE* m_file;
     bool m_failed;
+    std::string m_pending;
 };
 
 } // namespace
