@@ -218,3 +218,17 @@ TEST(CombinerCorpus, TransformationDictionaryBecomesValidLocalTransformations)
     ASSERT_TRUE(reader.WriteFromDOM(dir.Path("moved.pmml")).IsOK());
     EXPECT_TRUE(ValidatesAgainst(dir.Path("moved.pmml"), xsd));
 }
+
+TEST(CombinerCorpus, ExampleJobSplitModelsGiveValidPMML)
+{
+    const std::string xsd = kCorpus + "/xsd/pmml-4-4.xsd";
+    ZRX_NEED(std::filesystem::exists(xsd), xsd);
+    ZRX_NEED(XmllintPresent(), "xmllint");
+    TempDir dir;
+    std::vector<std::string> files;
+    for (const char* region : {"N", "S", "E", "W"})
+        files.push_back(std::string(ZRX_EXAMPLES_DIR) + "/data/split/churn_" + region + ".pmml");
+    const std::string out = Combine(files, false, dir, "churn.pmml");
+    EXPECT_TRUE(ValidatesAgainst(out, xsd));
+    EXPECT_EQ(Combined(out).Segments().size(), 4u);
+}

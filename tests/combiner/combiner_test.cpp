@@ -380,3 +380,25 @@ TEST(CombinerLifecycle, EmptySplitListTakesNoModel)
     EXPECT_EQ(combiner.AddModel(DataFile("tree_a.pmml"), {}).GetCode(), 126);
     EXPECT_EQ(combiner.GetNModels(), 0);
 }
+
+TEST(CombinerSplitVars, NamelessVariableGetsNoFieldAndNoCondition)
+{
+    ZRVarList list;
+    list.AddCatVar("", "nameless", std::vector<std::string>{"a", "b"},
+                   ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    list.AddContVar("score", "Score", ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    TempDir dir;
+    ZRXSplitPMMLCombiner combiner(list);
+    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"a", "1.5"}).IsOK());
+    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
+    Combined out(dir.Path("out.xml"));
+    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"),
+              (Values{"x", "color", "y", "score"}));
+    // A variable without values gives a field without Value children.
+    EXPECT_EQ(Att(out.Field("score"), "optype") + "/" + Att(out.Field("score"), "dataType"),
+              "continuous/double");
+    EXPECT_TRUE(out.Values("score").empty());
+    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"), (Values{"x", "color", "y", "score"}));
+    const xercesc::DOMElement* both = Child(out.Segments().at(0), "CompoundPredicate");
+    EXPECT_EQ(ChildAtts(both, "SimplePredicate", "field"), (Values{"score"}));
+}

@@ -64,9 +64,10 @@
 //    comparison and a later model's such element is not taken. The first
 //    model's stand in the output as they came; numberOfFields counts the
 //    named fields.
-//  - A split variable that the list gives as null is left out of the
-//    DataDictionary and MiningSchema; its predicates are built from the list
-//    at the time of the AddModel call.
+//  - A split variable without a name, or one that the list gives as null,
+//    gets no DataField and no MiningField; its entry in the combiner's lists
+//    keeps its place, so that entry i always speaks of variable i. The
+//    predicates read the variables' names from the list at each AddModel.
 //  - The split values are matched to the variables by position and count
 //    only; their texts are not compared with the variables' value texts, so a
 //    model may stand for a value that the list does not record.
