@@ -77,13 +77,8 @@ void ZRXSplitPMMLCombiner::InsertDataFieldElem(xercesc::DOMNode* dictionary, int
 xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertDataField(const xercesc::DOMNode* field,
                                                         xercesc::DOMNode* dictionary)
 {
-    if (field == nullptr || dictionary == nullptr || document == nullptr)
-        return nullptr;
-    xercesc::DOMNode* imported = document->importNode(field, true);
-    if (imported == nullptr)
-        return nullptr;
-    xercesc::DOMNode* copy = dictionary->appendChild(imported);
-    const XMLCh* name = GetAttribute(*copy, kName);
+    xercesc::DOMNode* copy = CopyChild(field, dictionary, true);
+    const XMLCh* name = copy != nullptr ? GetAttribute(*copy, kName) : nullptr;
     if (name == nullptr)
         return copy;
     IndexField(copy, ToUTF8(name));
@@ -99,13 +94,8 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertValueOfDataField(const xercesc::DO
                                                                xercesc::DOMNode* field,
                                                                Texts& fieldTexts)
 {
-    if (value == nullptr || field == nullptr || document == nullptr)
-        return nullptr;
-    xercesc::DOMNode* imported = document->importNode(value, true);
-    if (imported == nullptr)
-        return nullptr;
-    xercesc::DOMNode* copy = field->appendChild(imported);
-    if (const XMLCh* text = GetAttribute(*copy, kValueAtt))
+    xercesc::DOMNode* copy = CopyChild(value, field, true);
+    if (const XMLCh* text = copy != nullptr ? GetAttribute(*copy, kValueAtt) : nullptr)
         fieldTexts.push_back(ToUTF8(text));
     return copy;
 }
@@ -190,13 +180,8 @@ void ZRXSplitPMMLCombiner::InsertSplitVarsToMiningModel(xercesc::DOMNode* dictio
 xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertMiningField(const xercesc::DOMElement* field,
                                                           xercesc::DOMNode* schema)
 {
-    if (field == nullptr || schema == nullptr || document == nullptr)
-        return nullptr;
-    xercesc::DOMNode* imported = document->importNode(field, true);
-    if (imported == nullptr)
-        return nullptr;
-    xercesc::DOMNode* copy = schema->appendChild(imported);
-    if (const XMLCh* name = GetAttribute(*copy, kName))
+    xercesc::DOMNode* copy = CopyChild(field, schema, true);
+    if (const XMLCh* name = copy != nullptr ? GetAttribute(*copy, kName) : nullptr)
         IndexMiningField(ToUTF8(name));
     return copy;
 }

@@ -367,13 +367,10 @@ ZRStatus ZRXSplitPMMLCombiner::IsConsistentFunctionName(const xercesc::DOMElemen
 
 xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyPMML(const xercesc::DOMElement* pmml, bool deep)
 {
-    if (pmml == nullptr || document == nullptr)
-        return nullptr;
-    xercesc::DOMNode* copy = document->importNode(pmml, deep);
-    return copy != nullptr ? document->appendChild(copy) : nullptr;
+    return CopyChild(pmml, document, deep);
 }
 
-xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyChild(const xercesc::DOMElement* source,
+xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyChild(const xercesc::DOMNode* source,
                                                   xercesc::DOMNode* parent, bool deep)
 {
     if (source == nullptr || parent == nullptr || document == nullptr)

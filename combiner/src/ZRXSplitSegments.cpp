@@ -95,10 +95,7 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertSegment(xercesc::DOMNode* segmenta
     // that the model is never chosen on a condition it does not carry.
     if (InsertPredicate(segment, values) == nullptr)
         AppendNewElement(segment, kFalse);
-    xercesc::DOMNode* imported = document->importNode(model, true);
-    if (imported == nullptr)
-        return segment;
-    xercesc::DOMNode* copy = segment->appendChild(imported);
+    xercesc::DOMNode* copy = CopyChild(model, segment, true);
     if (transDict != nullptr)
         CopyTransDictToLocal(transDict, copy);
     return segment;
@@ -160,10 +157,8 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyTransDictToLocal(const xercesc::DOME
     if (local == nullptr)
         return nullptr;
     for (const xercesc::DOMElement* derived = GetFirstChildElmt(*transDict, kDerivedField);
-         derived != nullptr; derived = GetNextSiblingElmt(*derived, kDerivedField)) {
-        if (xercesc::DOMNode* copy = document->importNode(derived, true))
-            local->appendChild(copy);
-    }
+         derived != nullptr; derived = GetNextSiblingElmt(*derived, kDerivedField))
+        CopyChild(derived, local, true);
     return local;
 }
 

@@ -150,7 +150,9 @@ private:
 
     // Copies into the output document.
     xercesc::DOMNode* CopyPMML(const xercesc::DOMElement* pmml, bool deep);
-    xercesc::DOMNode* CopyChild(const xercesc::DOMElement* source, xercesc::DOMNode* parent,
+    // Imports `source` into the output document and appends it to `parent`;
+    // null if either is null or the import gives nothing.
+    xercesc::DOMNode* CopyChild(const xercesc::DOMNode* source, xercesc::DOMNode* parent,
                                 bool deep);
     xercesc::DOMElement* AppendNewElement(xercesc::DOMNode* parent, const char* tag);
     xercesc::DOMNode* CreateMiningModel(xercesc::DOMNode* parent, const std::string& function);
