@@ -3,6 +3,7 @@
 #include "combiner_support.h"
 
 #include <sstream>
+#include <tuple>
 
 using namespace combinertest;
 using ZRXPrsUtil::ZRXSplitPMMLCombiner;
@@ -211,35 +212,41 @@ TEST(CombinerPredicates, UnbuildablePredicateBecomesFalseAndNamesAreReadLive)
     EXPECT_EQ(out.Values("region"), (Values{"north", "south"}));
 }
 
-TEST(CombinerIntake, RefusedModelsChangeNothingAndTheNextGoodOneGoesOn)
+TEST(CombinerIntake, BadModelsAtFirstAndLaterPositions)
 {
     ZRVarList list;
     AddSplitVars(list, false);
     TempDir dir;
     const std::string good = dir.Write("good.xml", Model(kField, Tree("regression", kSchema)));
-    const std::vector<std::pair<std::string, long>> bad = {
-        {dir.Path("missing.xml"), 104},
-        {dir.Write("text.xml", "this is not XML"), 104},
-        {dir.Write("cut.xml", "<PMML><DataDictionary>"), 104},
-        {dir.Write("mining.xml",
-                   Model(kField, Tree("regression", kSchema) +
-                                     "<MiningModel functionName='regression'/>")),
-         125},
-        {dir.Write("nofunction.xml",
-                   Model(kField, "<TreeModel><MiningSchema/><Node/></TreeModel>")),
+    // Path, status at the first position, status at a later one. A later
+    // document without PMML root or without model passes and adds no Segment.
+    const std::vector<std::tuple<std::string, long, long>> bad = {
+        {dir.Path("missing.xml"), 104, 104},
+        {dir.Write("text.xml", "this is not XML"), 104, 104},
+        {dir.Write("cut.xml", "<PMML><DataDictionary>"), 104, 104},
+        {dir.Write("mining.xml", Model(kField, Tree("regression", kSchema) +
+                                                   "<MiningModel functionName='regression'/>")),
+         125, 125},
+        {dir.Write("nofunction.xml", Model(kField, "<TreeModel><MiningSchema/></TreeModel>")), 108,
          108},
+        {dir.Write("emptyfunction.xml", Model(kField, Tree("", kSchema))), 109, 124},
+        {dir.Write("otherfunction.xml", Model(kField, Tree("classification", kSchema))), 0, 124},
+        {dir.Write("root.xml", "<DataModel><Fields/></DataModel>"), 105, 0},
+        {dir.Write("nomodel.xml", Model(kField, "<Scorecard functionName='regression'/>")), 113, 0},
     };
-    for (const auto& [path, code] : bad) {
+    for (const auto& [path, first, later] : bad) {
         SCOPED_TRACE(path);
-        // At the first position: nothing is left, the next good one is first.
         ZRXSplitPMMLCombiner combiner(list);
-        EXPECT_EQ(combiner.AddModel(path, {"north"}).GetCode(), code);
-        EXPECT_EQ(combiner.GetStatus().GetCode(), code);
-        EXPECT_EQ(combiner.ExportMiningModel(dir.Path("none.xml")).GetCode(), code);
-        EXPECT_FALSE(std::filesystem::exists(dir.Path("none.xml")));
+        if (first != 0) {
+            // A refused first model leaves nothing: no file, and the next
+            // good one becomes the first.
+            EXPECT_EQ(combiner.AddModel(path, {"north"}).GetCode(), first);
+            EXPECT_EQ(combiner.GetStatus().GetCode(), first);
+            EXPECT_EQ(combiner.ExportMiningModel(dir.Path("none.xml")).GetCode(), first);
+            EXPECT_FALSE(std::filesystem::exists(dir.Path("none.xml")));
+        }
         EXPECT_TRUE(combiner.AddModel(good, {"north"}).IsOK());
-        // At a later position: refused, then the next good one follows on.
-        EXPECT_EQ(combiner.AddModel(path, {"south"}).GetCode(), code);
+        EXPECT_EQ(combiner.AddModel(path, {"south"}).GetCode(), later);
         EXPECT_TRUE(combiner.AddModel(good, {"south"}).IsOK());
         EXPECT_EQ(combiner.GetNModels(), 2);
         ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
@@ -247,63 +254,52 @@ TEST(CombinerIntake, RefusedModelsChangeNothingAndTheNextGoodOneGoesOn)
         const auto segments = out.Segments();
         ASSERT_EQ(segments.size(), 2u);
         EXPECT_EQ(Att(Child(segments[1], "SimplePredicate"), "value"), "south");
-        EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"), (Values{"x", "region"}));
+        EXPECT_EQ(Att(out.MiningModel(), "functionName"), "regression");
     }
 }
 
-TEST(CombinerIntake, CountsFunctionNamesAndModellessDocuments)
+TEST(CombinerIntake, ValueCountAndEmptyArguments)
 {
     ZRVarList list;
     AddSplitVars(list, false);
     TempDir dir;
     const std::string good = dir.Write("good.xml", Model(kField, Tree("regression", kSchema)));
-    const std::string other = dir.Write("other.xml", Model(kField, Tree("classification", kSchema)));
-    const std::string empty = dir.Write("empty.xml", Model(kField, Tree("", kSchema)));
-    const std::string noModel = dir.Write(
-        "nomodel.xml", Model("<DataField name='w' optype='continuous' dataType='double'/>",
-                             "<Scorecard functionName='regression'/>"));
-    const std::string notPmml = dir.Write("root.xml", "<DataModel><Fields/></DataModel>");
-
     ZRXSplitPMMLCombiner combiner(list);
-    // Wrong count: refused before the file is opened.
+    // Wrong count: refused before the file is opened. Empty path or values:
+    // the previous status, nothing else.
     EXPECT_EQ(combiner.AddModel(dir.Path("missing.xml"), {"a", "b"}).GetCode(), 126);
-    // Empty path or values: the previous status, nothing else.
     EXPECT_EQ(combiner.AddModel("", {"north"}).GetCode(), 126);
     EXPECT_EQ(combiner.AddModel(good, {}).GetCode(), 126);
-    // First-model refusals of documents that a later position lets through.
-    EXPECT_EQ(combiner.AddModel(notPmml, {"north"}).GetCode(), 105);
-    EXPECT_EQ(combiner.AddModel(noModel, {"north"}).GetCode(), 113);
-    EXPECT_EQ(combiner.AddModel(empty, {"north"}).GetCode(), 109);
-    EXPECT_EQ(combiner.GetNModels(), 0);
-
     EXPECT_TRUE(combiner.AddModel(good, {"north"}).IsOK());
-    EXPECT_EQ(combiner.AddModel(other, {"south"}).GetCode(), 124);
-    EXPECT_EQ(combiner.AddModel(empty, {"south"}).GetCode(), 124);
     EXPECT_EQ(combiner.AddModel(good, {"north", "x"}).GetCode(), 126);
-    EXPECT_TRUE(combiner.AddModel(notPmml, {"south"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(noModel, {"south"}).IsOK());
     EXPECT_EQ(combiner.GetNModels(), 1);
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-    Combined out(dir.Path("out.xml"));
-    // The model-less document still had its dictionary merged.
-    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"), (Values{"x", "region", "w"}));
-    EXPECT_EQ(out.Segments().size(), 1u);
+
+    ZRVarList none;
+    ZRXSplitPMMLCombiner empty(none);
+    EXPECT_EQ(empty.AddModel(good, {"north"}).GetCode(), 126);
+    EXPECT_EQ(empty.AddModel(good, {}).GetCode(), 126);
+    EXPECT_EQ(empty.GetNModels(), 0);
 }
 
-TEST(CombinerIntake, StandardModelListDecidesWhichModelIsTaken)
+TEST(CombinerIntake, ModellessLaterDocumentStillMergesItsDictionary)
 {
     ZRVarList list;
     AddSplitVars(list, false);
     TempDir dir;
+    // Of two models in a document the standard list decides, not the order.
     const std::string both = dir.Write(
         "both.xml", Model(kField, Tree("regression", kSchema) +
                                       "<RegressionModel functionName='regression'>"
                                       "<MiningSchema/><RegressionTable intercept='1'/>"
                                       "</RegressionModel>"));
+    const std::string noModel = dir.Write(
+        "nomodel.xml", Model("<DataField name='w' optype='continuous' dataType='double'/>", ""));
     ZRXSplitPMMLCombiner combiner(list);
     EXPECT_TRUE(combiner.AddModel(both, {"north"}).IsOK());
+    EXPECT_TRUE(combiner.AddModel(noModel, {"south"}).IsOK());
     ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
     Combined out(dir.Path("out.xml"));
+    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"), (Values{"x", "region", "w"}));
     ASSERT_EQ(out.Segments().size(), 1u);
     EXPECT_EQ(ChildTags(out.Segments()[0]), (Values{"SimplePredicate", "RegressionModel"}));
     // The first model had an empty schema: the split variable still stands.
@@ -315,6 +311,12 @@ TEST(CombinerLifecycle, ExportReleasesAndAddModelAfterwardsStartsAnew)
     ZRVarList list;
     AddSplitVars(list, false);
     TempDir dir;
+    {
+        // Destroyed before the export: the document and the combiner's hold
+        // on the XML library go with it (the sanitizer build sees leaks).
+        ZRXSplitPMMLCombiner dropped(list);
+        EXPECT_TRUE(dropped.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
+    }
     const std::string noDict = dir.Write(
         "nodict.xml", "<PMML version='4.4'>" + Tree("classification", kSchema) + "</PMML>");
     ZRXSplitPMMLCombiner combiner(list);
@@ -322,6 +324,7 @@ TEST(CombinerLifecycle, ExportReleasesAndAddModelAfterwardsStartsAnew)
     EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("none.xml")).IsOK());
     EXPECT_FALSE(std::filesystem::exists(dir.Path("none.xml")));
 
+    // No reader of the caller's keeps the XML library up between the calls.
     EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
     EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"south"}).IsOK());
     EXPECT_EQ(combiner.ExportMiningModel(dir.Path("no/such/dir/out.xml")).GetCode(), 118);
@@ -332,16 +335,14 @@ TEST(CombinerLifecycle, ExportReleasesAndAddModelAfterwardsStartsAnew)
 
     // A new output document, built from scratch around the next model; a
     // document without DataDictionary gets one for the split variable.
-    EXPECT_TRUE(combiner.AddModel(noDict, {"south"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
-    EXPECT_EQ(combiner.GetNModels(), 2);
-    EXPECT_TRUE(combiner.ExportMiningModel("").IsOK());
+    for (const std::string& path : {std::string(), dir.Path("out.xml")}) {
+        EXPECT_TRUE(combiner.AddModel(noDict, {"south"}).IsOK());
+        EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
+        EXPECT_EQ(combiner.GetNModels(), 2);
+        EXPECT_TRUE(combiner.ExportMiningModel(path).IsOK());
+    }
     EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("gone.xml")).IsOK());
     EXPECT_FALSE(std::filesystem::exists(dir.Path("gone.xml")));
-
-    EXPECT_TRUE(combiner.AddModel(noDict, {"south"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
     Combined out(dir.Path("out.xml"));
     EXPECT_EQ(Att(out.MiningModel(), "functionName"), "classification");
     EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"),
@@ -349,36 +350,6 @@ TEST(CombinerLifecycle, ExportReleasesAndAddModelAfterwardsStartsAnew)
     EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"),
               (Values{"x", "region", "color", "y"}));
     EXPECT_EQ(out.Segments().size(), 2u);
-}
-
-TEST(CombinerLifecycle, DocumentOutlivesEveryOtherUserOfTheXMLLibrary)
-{
-    ZRVarList list;
-    AddSplitVars(list, false);
-    TempDir dir;
-    {
-        // Destroyed before the export: the document and the combiner's hold
-        // on the XML library go with it (the sanitizer build sees leaks).
-        ZRXSplitPMMLCombiner dropped(list);
-        EXPECT_TRUE(dropped.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
-    }
-    // No reader of the caller's lives between the calls; the document must
-    // still be usable at the export.
-    ZRXSplitPMMLCombiner combiner(list);
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"south"}).IsOK());
-    EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-    Combined out(dir.Path("out.xml"));
-    EXPECT_EQ(out.Segments().size(), 2u);
-}
-
-TEST(CombinerLifecycle, EmptySplitListTakesNoModel)
-{
-    ZRVarList list;
-    ZRXSplitPMMLCombiner combiner(list);
-    EXPECT_EQ(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).GetCode(), 126);
-    EXPECT_EQ(combiner.AddModel(DataFile("tree_a.pmml"), {}).GetCode(), 126);
-    EXPECT_EQ(combiner.GetNModels(), 0);
 }
 
 TEST(CombinerSplitVars, NamelessVariableGetsNoFieldAndNoCondition)
