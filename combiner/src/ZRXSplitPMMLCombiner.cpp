@@ -125,10 +125,14 @@ ZRStatus ZRXSplitPMMLCombiner::AddModel(const std::string& path,
     status = reader.ParseToDOM(path);
     if (!status.IsOK())
         return status;
+    const bool first = document == nullptr;
     try {
         status = ParseSplitModelXML(reader.GetDocument(), values);
     } catch (...) {
-        // The DOM refused an import or an append; the caller gets a status.
+        // The DOM refused an import or an append; the caller gets a status,
+        // and a first model that failed half-way leaves nothing behind.
+        if (first)
+            ReleaseDocument();
         status = ZRStatus(kCannotParse, false);
     }
     return status;
@@ -211,8 +215,10 @@ ZRStatus ZRXSplitPMMLCombiner::FillCommonToMiningModel(xercesc::DOMDocument* par
     const xercesc::DOMElement* model = GetStandardModel(pmml);
 
     xercesc::DOMNode* root = CopyPMML(pmml, false);
-    if (root == nullptr)
-        return ZRStatus();
+    if (root == nullptr) {
+        ReleaseDocument();
+        return ZRStatus(kCannotParse, false);
+    }
     CopyChild(GetFirstChildElmt(*pmml, kHeader), root, true);
     dataDictionary = CopyChild(GetDataDict(pmml), root, true);
     if (dataDictionary == nullptr)

@@ -71,9 +71,9 @@
 //  - The split values are matched to the variables by position and count
 //    only; their texts are not compared with the variables' value texts, so a
 //    model may stand for a value that the list does not record.
-//  - An error of the XML library's DOM while a model is merged ends AddModel
-//    with 104 instead of leaving by an exception; the output then may hold
-//    part of that model.
+//  - An error of the XML library's DOM while a model is taken ends AddModel
+//    with 104 instead of leaving by an exception. A first model then leaves
+//    nothing behind; a later one may leave part of itself in the output.
 //
 // An object is used by one thread at a time. The variable list is held by
 // reference and must outlive the combiner.
