@@ -8,5 +8,7 @@
 #include <zrparsexmlr/ZRPMMLParser.h>
 #include <zrparsexmlr/ZRMem.h>
 #include <zrparsexmlr/ExtNameStr.h>
+#include <zrparsexmlr/ZRXMLReadWrite.h>
+#include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 
 #endif

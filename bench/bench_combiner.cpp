@@ -1,0 +1,170 @@
+// The split-model combiner over M generated TreeModel files, each with 50
+// fields (30 shared by all models, 20 of its own) and a 40-node tree, for one
+// and two split variables; and, as the yardstick, a bare XercesDOMParser
+// parsing the same files.
+//
+//   bench_combiner                      all of it
+//   bench_combiner --benchmark_filter=Combine/1000
+//
+// Goals: time per model flat in M (Combine/5000 at most 60 x Combine/100) and
+// Combine/1000 at most 3 x BareParse/1000.
+#include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
+#include <zrcommonr/ZRVarList.h>
+
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include <benchmark/benchmark.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+const int kShared = 30;
+const int kOwn = 20;
+const int kNodes = 40;
+
+std::string ModelText(int model)
+{
+    std::string text = "<?xml version=\"1.0\"?>\n<PMML xmlns=\"http://www.dmg.org/PMML-4_4\" "
+                       "version=\"4.4\">\n<Header copyright=\"bench\"/>\n<DataDictionary>\n";
+    auto name = [model](int field) {
+        return field < kShared ? "s" + std::to_string(field)
+                               : "m" + std::to_string(model) + "_" + std::to_string(field);
+    };
+    for (int f = 0; f < kShared + kOwn; ++f) {
+        if (f % 5 == 0) {
+            text += "<DataField name=\"" + name(f) +
+                    "\" optype=\"categorical\" dataType=\"string\">";
+            for (int v = 0; v < 4; ++v)
+                text += "<Value value=\"c" + std::to_string((v + model) % 6) + "\"/>";
+            text += "</DataField>\n";
+        } else {
+            text += "<DataField name=\"" + name(f) +
+                    "\" optype=\"continuous\" dataType=\"double\"/>\n";
+        }
+    }
+    text += "</DataDictionary>\n<TreeModel functionName=\"classification\">\n<MiningSchema>\n";
+    for (int f = 0; f < kShared + kOwn; ++f)
+        text += "<MiningField name=\"" + name(f) + "\"" +
+                (f == 0 ? " usageType=\"target\"" : "") + "/>\n";
+    text += "</MiningSchema>\n";
+    // A full binary tree of kNodes nodes in document order: node i has the
+    // children 2i+1 and 2i+2.
+    std::function<void(int)> node = [&](int i) {
+        const int field = 1 + (i % (kShared + kOwn - 1));
+        text += "<Node score=\"c" + std::to_string(i % 4) + "\">";
+        text += i == 0 ? std::string("<True/>")
+                       : "<SimplePredicate field=\"" + name(field) +
+                             "\" operator=\"lessThan\" value=\"" + std::to_string(i) + ".5\"/>";
+        for (int c = 2 * i + 1; c <= 2 * i + 2 && c < kNodes; ++c)
+            node(c);
+        text += "</Node>\n";
+    };
+    node(0);
+    text += "</TreeModel>\n</PMML>\n";
+    return text;
+}
+
+// The files of M models, written once per process.
+const std::vector<std::string>& ModelFiles(int count)
+{
+    // A folder of the process, removed at its end.
+    struct Folder {
+        Folder()
+        {
+            char pattern[] = "/tmp/zrx-bench-combiner-XXXXXX";
+            const char* made = mkdtemp(pattern);
+            path = made != nullptr ? made : "";
+        }
+        ~Folder()
+        {
+            if (!path.empty())
+                std::filesystem::remove_all(path);
+        }
+        std::string path;
+    };
+    static std::map<int, std::vector<std::string>> made;
+    static const Folder folder;
+    const std::string& dir = folder.path;
+    std::vector<std::string>& files = made[count];
+    if (files.empty()) {
+        for (int i = 0; i < count; ++i) {
+            const std::string path = dir + "/model" + std::to_string(i) + ".pmml";
+            if (!std::filesystem::exists(path))
+                std::ofstream(path) << ModelText(i);
+            files.push_back(path);
+        }
+    }
+    return files;
+}
+
+void Combine(benchmark::State& state)
+{
+    const int count = static_cast<int>(state.range(0));
+    const bool two = state.range(1) == 2;
+    const std::vector<std::string>& files = ModelFiles(count);
+    ZRMTD_NAMESPACE::ZRVarList list;
+    list.AddCatVar("region", "Region", std::vector<std::string>{"r0", "r1", "r2"},
+                   ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    if (two)
+        list.AddCatVar("band", "Band", std::vector<double>{1, 2, 3},
+                       ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    const std::string out = files.front() + ".combined.pmml";
+    for (auto _ : state) {
+        ZRXPrsUtil::ZRXSplitPMMLCombiner combiner(list);
+        for (int i = 0; i < count; ++i) {
+            std::vector<std::string> values{"r" + std::to_string(i)};
+            if (two)
+                values.push_back(std::to_string(i % 7));
+            if (!combiner.AddModel(files[i], values).IsOK())
+                state.SkipWithError("a model was refused");
+        }
+        if (!combiner.ExportMiningModel(out).IsOK())
+            state.SkipWithError("the export failed");
+    }
+    state.counters["per_model_us"] = benchmark::Counter(
+        static_cast<double>(count) * 1e-6,
+        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+void BareParse(benchmark::State& state)
+{
+    const int count = static_cast<int>(state.range(0));
+    const std::vector<std::string>& files = ModelFiles(count);
+    xercesc::XMLPlatformUtils::Initialize();
+    {
+        xercesc::XercesDOMParser parser;
+        for (auto _ : state) {
+            for (const std::string& file : files) {
+                parser.parse(file.c_str());
+                benchmark::DoNotOptimize(parser.getDocument());
+            }
+        }
+    }
+    xercesc::XMLPlatformUtils::Terminate();
+    state.counters["per_model_us"] = benchmark::Counter(
+        static_cast<double>(count) * 1e-6,
+        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+}
+
+} // namespace
+
+BENCHMARK(Combine)
+    ->ArgNames({"models", "splitvars"})
+    ->Args({100, 1})
+    ->Args({1000, 1})
+    ->Args({5000, 1})
+    ->Args({100, 2})
+    ->Args({1000, 2})
+    ->Args({5000, 2})
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BareParse)->ArgNames({"models"})->Arg(1000)->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();

@@ -1,0 +1,232 @@
+// ZRXSplitPMMLCombiner: merges the PMML documents of a split analysis, one per
+// combination of split values, into one PMML document: a MiningModel whose
+// Segmentation ("selectFirst") holds one Segment per model, guarded by a
+// predicate on the split variables.
+//
+// Use: construct over the list of split variables, AddModel once per model
+// file with the split values of that model (in the list's order), then
+// ExportMiningModel once.
+//
+// The output document, built in memory from the first accepted model:
+//   PMML              the first model's root with its attributes, no children
+//     Header          deep copy of the first model's
+//     DataDictionary  the first model's fields, then one DataField per split
+//                     variable, then each field of a later model whose name is
+//                     new; fields of a known name gain only their new Values.
+//                     numberOfFields counts the merged fields.
+//     MiningModel functionName = the first model's
+//       MiningSchema  the first model's fields, one active MiningField per
+//                     split variable, then each later field of a new name
+//       Segmentation multipleModelMethod="selectFirst"
+//         Segment     per accepted model, in call order: the predicate
+//                     (SimplePredicate for one split variable, else a
+//                     CompoundPredicate "and"), then a deep copy of the model;
+//                     the DerivedFields of the model's TransformationDictionary
+//                     become a LocalTransformations, the copy's last child.
+// Names are compared exactly; the first definition of a name wins, silently.
+//
+// AddModel statuses: 126 the number of values differs from the number of
+// split variables (the file is not opened); 103/104 the file can't be read or
+// parsed; 125 the model is itself a MiningModel; 124 a later model has another
+// functionName than the first; 108 the model has no functionName. A refused
+// model changes nothing in the output, and the next AddModel may succeed.
+// An empty path or an empty list of values returns the previous status and
+// does nothing.
+//
+// Decisions on what the model format leaves open:
+//  - Life of the XML library: the combiner itself keeps the XML library
+//    initialised while its output document exists (from the first accepted
+//    model to the export or the destruction). A caller needs no object of its
+//    own for that.
+//  - The first model is checked whole before the output document is made: a
+//    root that is not PMML gives 105, a PMML root without any model 113, a
+//    MiningModel 125, no functionName 108 and an empty one 109. A refused
+//    first model leaves nothing behind, so the next good model becomes the
+//    first. (A later document without a model still has its DataDictionary
+//    merged and gets OK, without a Segment.)
+//  - A first model without DataDictionary or without MiningSchema gets an
+//    empty one in the output, so that the split variables always stand in
+//    both and the predicates name declared fields.
+//  - AddModel after ExportMiningModel starts a new output document: every
+//    list of the previous one is cleared, GetNModels starts again from 0, and
+//    the next accepted model becomes the first. The released document's nodes
+//    are never touched.
+//  - A combiner destroyed before the export releases its output document and
+//    its hold on the XML library: nothing leaks.
+//  - A predicate that can't be built (one split variable with an empty value
+//    or without a name; several split variables none of which gives a
+//    condition) never puts a null node into the DOM: the Segment gets the
+//    predicate False instead, so that it is never selected on a condition it
+//    does not carry, and the document stays well formed PMML. With several
+//    split variables the conditions that can be built stand.
+//  - A DataField without "name", a MiningField without "name" and a Value
+//    without "value" are left out of the merge: they take part in no
+//    comparison and a later model's such element is not taken. The first
+//    model's stand in the output as they came; numberOfFields counts the
+//    named fields.
+//  - A split variable without a name, or one that the list gives as null,
+//    gets no DataField and no MiningField; its entry in the combiner's lists
+//    keeps its place, so that entry i always speaks of variable i. The
+//    predicates read the variables' names from the list at each AddModel.
+//  - The split values are matched to the variables by position and count
+//    only; their texts are not compared with the variables' value texts, so a
+//    model may stand for a value that the list does not record.
+//  - An error of the XML library's DOM while a model is taken ends AddModel
+//    with 104 instead of leaving by an exception. A first model then leaves
+//    nothing behind; a later one may leave part of itself in the output.
+//
+// An object is used by one thread at a time. The variable list is held by
+// reference and must outlive the combiner.
+#ifndef ZRPARSEXMLR_ZRXSPLITPMMLCOMBINER_H
+#define ZRPARSEXMLR_ZRXSPLITPMMLCOMBINER_H
+
+#include <zrparsexmlr/ZRXExport.h>
+#include <zrcommonr/ZRStatus.h>
+#include <zrcommonr/ZRVarList.h>
+
+#include <xercesc/util/XercesDefs.hpp>
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMDocument;
+class DOMElement;
+class DOMNode;
+XERCES_CPP_NAMESPACE_END
+
+namespace ZRXPrsUtil {
+
+class ZRXPRS_API ZRXSplitPMMLCombiner {
+public:
+    // Reads the split variables' names, labels, types and value texts; the
+    // list must outlive the combiner. Touches no XML.
+    explicit ZRXSplitPMMLCombiner(const ZRMTD_NAMESPACE::ZRVarList& splitVars);
+    ~ZRXSplitPMMLCombiner();
+    ZRXSplitPMMLCombiner(const ZRXSplitPMMLCombiner&) = delete;
+    ZRXSplitPMMLCombiner& operator=(const ZRXSplitPMMLCombiner&) = delete;
+
+    // Takes the model of the PMML file at `path`, built for the split values
+    // `values` (one per split variable, in list order).
+    ZRCommon::ZRStatus AddModel(const std::string& path, const std::vector<std::string>& values);
+    // Writes the merged document to `path` and releases it, whether the write
+    // succeeds or not (118: the file can't be written). Before any accepted
+    // model it returns the last status and writes nothing; an empty path
+    // writes nothing and gives OK.
+    ZRCommon::ZRStatus ExportMiningModel(const std::string& path);
+
+    // The number of Segments of the output document.
+    int GetNModels() const;
+    // The result of the last AddModel or ExportMiningModel that did any work.
+    ZRCommon::ZRStatus GetStatus() const;
+    // Writes nothing to the stream.
+    void Display(std::ostream& out) const;
+
+private:
+    typedef std::vector<std::string> Texts;
+
+    // Intake.
+    ZRCommon::ZRStatus ParseSplitModelXML(xercesc::DOMDocument* parsed, const Texts& values);
+    ZRCommon::ZRStatus CheckFirstModel(const xercesc::DOMElement* pmml,
+                                       const xercesc::DOMElement* model, std::string& function) const;
+    xercesc::DOMDocument* CreateEmptyMiningModel(bool& created);
+    ZRCommon::ZRStatus FillCommonToMiningModel(xercesc::DOMDocument* parsed, const Texts& values);
+    ZRCommon::ZRStatus MergeModelToMiningModel(xercesc::DOMDocument* parsed, const Texts& values);
+    void InitStandardPMMLModels();
+    void ReleaseDocument();
+
+    // Finding things in a parsed model.
+    const xercesc::DOMElement* GetPMML(const xercesc::DOMDocument* parsed) const;
+    const xercesc::DOMElement* GetStandardModel(const xercesc::DOMElement* pmml) const;
+    const xercesc::DOMElement* GetDataDict(const xercesc::DOMElement* pmml) const;
+    const xercesc::DOMElement* GetTransDict(const xercesc::DOMElement* pmml) const;
+    const xercesc::DOMElement* GetMiningSchema(const xercesc::DOMElement* model) const;
+    ZRCommon::ZRStatus IsMiningModel(const xercesc::DOMElement* model) const;
+    ZRCommon::ZRStatus IsConsistentFunctionName(const xercesc::DOMElement* model) const;
+    ZRCommon::ZRStatus GetFunctionNameAtt(const xercesc::DOMElement* model, std::string& out) const;
+
+    // Copies into the output document.
+    xercesc::DOMNode* CopyPMML(const xercesc::DOMElement* pmml, bool deep);
+    // Imports `source` into the output document and appends it to `parent`;
+    // null if either is null or the import gives nothing.
+    xercesc::DOMNode* CopyChild(const xercesc::DOMNode* source, xercesc::DOMNode* parent,
+                                bool deep);
+    xercesc::DOMElement* AppendNewElement(xercesc::DOMNode* parent, const char* tag);
+    xercesc::DOMNode* CreateMiningModel(xercesc::DOMNode* parent, const std::string& function);
+    ZRCommon::ZRStatus WriteDocToPMMLFile(const xercesc::DOMDocument* doc, const std::string& path);
+
+    // Split-variable metadata.
+    void InitSplitVarMetadata(const ZRMTD_NAMESPACE::ZRVarList& splitVars);
+    bool GetSplitVariableInfo(const ZRMTD_NAMESPACE::IZRVariable* var, std::string& name,
+                              std::string& label, std::string& optype,
+                              std::string& dataType) const;
+    std::string GetSplitVarName(int index) const;
+
+    // Data dictionary merge.
+    void EnumDataFields(const xercesc::DOMNode* dictionary, std::vector<xercesc::DOMNode*>& nodes,
+                        Texts& names) const;
+    void EnumValuesOfDataField(const xercesc::DOMNode* field, std::vector<xercesc::DOMNode*>& nodes,
+                               Texts& texts) const;
+    void UpdateNumOfDataFields(xercesc::DOMNode* dictionary, int count);
+    void InsertDataFieldElem(xercesc::DOMNode* dictionary, int index);
+    xercesc::DOMNode* InsertDataField(const xercesc::DOMNode* field, xercesc::DOMNode* dictionary);
+    xercesc::DOMNode* InsertValueOfDataField(const xercesc::DOMNode* value,
+                                             xercesc::DOMNode* field, Texts& fieldTexts);
+    void UpdateDataDict(const xercesc::DOMElement* modelDict, xercesc::DOMNode* dictionary);
+    void IndexField(xercesc::DOMNode* node, const std::string& name);
+
+    // Mining schema merge.
+    void InsertMiningFieldElem(xercesc::DOMNode* schema, int index);
+    void InsertSplitVarsToMiningModel(xercesc::DOMNode* dictionary, xercesc::DOMNode* schema);
+    xercesc::DOMNode* InsertMiningField(const xercesc::DOMElement* field, xercesc::DOMNode* schema);
+    void ReadNamesOfMiningFields(const xercesc::DOMElement* schema,
+                                 std::vector<const xercesc::DOMElement*>& elements,
+                                 Texts& names) const;
+    void UpdateMiningSchema(const xercesc::DOMElement* modelSchema, xercesc::DOMNode* schema);
+    void IndexMiningField(const std::string& name);
+
+    // Segments and predicates.
+    xercesc::DOMNode* CreateSegmentation(xercesc::DOMNode* miningModel);
+    xercesc::DOMNode* InsertSegment(xercesc::DOMNode* segmentationNode,
+                                    const xercesc::DOMElement* model,
+                                    const xercesc::DOMElement* transDict, const Texts& values);
+    xercesc::DOMNode* InsertPredicate(xercesc::DOMNode* segment, const Texts& values);
+    xercesc::DOMNode* InsertSimplePredicate(xercesc::DOMNode* parent, int index,
+                                            const std::string& value);
+    xercesc::DOMNode* InsertCompoundPredicate(xercesc::DOMNode* parent, const Texts& values);
+    xercesc::DOMNode* CopyTransDictToLocal(const xercesc::DOMElement* transDict,
+                                           xercesc::DOMNode* modelCopy);
+
+    const ZRMTD_NAMESPACE::ZRVarList& varList;
+    ZRCommon::ZRStatus status;
+    Texts splitVarNames;
+    Texts splitVarLabels;
+    Texts splitVarOptypes;
+    Texts splitVarDataTypes;
+    std::vector<Texts> splitVarValues;
+    int modelCount;
+    xercesc::DOMDocument* document;
+    Texts standardModels;
+    std::string functionName;
+    xercesc::DOMNode* dataDictionary;
+    Texts fieldNames;
+    std::vector<xercesc::DOMNode*> fieldNodes;
+    std::vector<Texts> fieldValues;
+    xercesc::DOMNode* miningSchema;
+    xercesc::DOMNode* segmentation;
+    Texts miningFieldNames;
+    // Indexes beside the lists above, which keep the document order: the
+    // first position of each name, so that a merge looks a name up at once
+    // instead of searching the lists from the front.
+    std::unordered_map<std::string, std::size_t> fieldPositions;
+    std::unordered_map<std::string, std::size_t> miningFieldPositions;
+    // True while the combiner holds its own start of the XML library.
+    bool holdsXMLLibrary;
+};
+
+} // namespace ZRXPrsUtil
+
+#endif

@@ -1,0 +1,220 @@
+// The merges of the split models' DataDictionary and MiningSchema into the
+// output: union by name, the first definition wins, new entries in the order
+// of first appearance.
+#include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
+
+#include <zrparsexmlr/ZRXPrsUtil.h>
+
+#include "ZRXSplitInternal.h"
+
+#include <xercesc/dom/DOM.hpp>
+
+#include <algorithm>
+
+namespace ZRXPrsUtil {
+
+using namespace SplitPMML;
+
+namespace {
+
+xercesc::DOMElement* ToElement(xercesc::DOMNode* node)
+{
+    if (node == nullptr || node->getNodeType() != xercesc::DOMNode::ELEMENT_NODE)
+        return nullptr;
+    return static_cast<xercesc::DOMElement*>(node);
+}
+
+} // namespace
+
+// ---------------------------------------------------------- data dictionary
+
+void ZRXSplitPMMLCombiner::EnumDataFields(const xercesc::DOMNode* dictionary,
+                                          std::vector<xercesc::DOMNode*>& nodes,
+                                          Texts& names) const
+{
+    CollectNamedDescendants(dictionary, kDataField, kName, nodes, names);
+}
+
+void ZRXSplitPMMLCombiner::EnumValuesOfDataField(const xercesc::DOMNode* field,
+                                                 std::vector<xercesc::DOMNode*>& nodes,
+                                                 Texts& texts) const
+{
+    CollectNamedDescendants(field, kValue, kValueAtt, nodes, texts);
+}
+
+void ZRXSplitPMMLCombiner::UpdateNumOfDataFields(xercesc::DOMNode* dictionary, int count)
+{
+    xercesc::DOMElement* element = ToElement(dictionary);
+    if (element != nullptr && count >= 0)
+        SetAttribute(*element, "numberOfFields", static_cast<double>(count));
+}
+
+void ZRXSplitPMMLCombiner::IndexField(xercesc::DOMNode* node, const std::string& name)
+{
+    fieldPositions.emplace(name, fieldNames.size());
+    fieldNames.push_back(name);
+    fieldNodes.push_back(node);
+}
+
+void ZRXSplitPMMLCombiner::InsertDataFieldElem(xercesc::DOMNode* dictionary, int index)
+{
+    if (index < 0 || static_cast<std::size_t>(index) >= splitVarNames.size() ||
+        splitVarNames[index].empty())
+        return;
+    xercesc::DOMElement* field = AppendNewElement(dictionary, kDataField);
+    if (field == nullptr)
+        return;
+    SetAttribute(*field, kName, splitVarNames[index].c_str());
+    SetAttribute(*field, "displayName", splitVarLabels[index].c_str());
+    SetAttribute(*field, "optype", splitVarOptypes[index].c_str());
+    SetAttribute(*field, "dataType", splitVarDataTypes[index].c_str());
+    for (const std::string& text : splitVarValues[index]) {
+        if (xercesc::DOMElement* value = AppendNewElement(field, kValue))
+            SetAttribute(*value, kValueAtt, text.c_str());
+    }
+}
+
+xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertDataField(const xercesc::DOMNode* field,
+                                                        xercesc::DOMNode* dictionary)
+{
+    xercesc::DOMNode* copy = CopyChild(field, dictionary, true);
+    const XMLCh* name = copy != nullptr ? GetAttribute(*copy, kName) : nullptr;
+    if (name == nullptr)
+        return copy;
+    IndexField(copy, ToUTF8(name));
+    // The copy holds the same Values as its source, which is smaller to walk.
+    std::vector<xercesc::DOMNode*> valueNodes;
+    Texts texts;
+    EnumValuesOfDataField(field, valueNodes, texts);
+    fieldValues.push_back(std::move(texts));
+    return copy;
+}
+
+xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertValueOfDataField(const xercesc::DOMNode* value,
+                                                               xercesc::DOMNode* field,
+                                                               Texts& fieldTexts)
+{
+    xercesc::DOMNode* copy = CopyChild(value, field, true);
+    if (const XMLCh* text = copy != nullptr ? GetAttribute(*copy, kValueAtt) : nullptr)
+        fieldTexts.push_back(ToUTF8(text));
+    return copy;
+}
+
+void ZRXSplitPMMLCombiner::UpdateDataDict(const xercesc::DOMElement* modelDict,
+                                          xercesc::DOMNode* dictionary)
+{
+    if (modelDict == nullptr || dictionary == nullptr)
+        return;
+    std::vector<xercesc::DOMNode*> nodes;
+    Texts names;
+    EnumDataFields(modelDict, nodes, names);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto known = fieldPositions.find(names[i]);
+        if (known == fieldPositions.end()) {
+            InsertDataField(nodes[i], dictionary);
+            continue;
+        }
+        const std::size_t p = known->second;
+        std::vector<xercesc::DOMNode*> valueNodes;
+        Texts texts;
+        EnumValuesOfDataField(nodes[i], valueNodes, texts);
+        // Only the values the field had before this model count as known: a
+        // value that the model lists twice and that is new comes twice.
+        const std::size_t before = fieldValues[p].size();
+        for (std::size_t j = 0; j < texts.size(); ++j) {
+            const auto end = fieldValues[p].begin() + static_cast<std::ptrdiff_t>(before);
+            if (std::find(fieldValues[p].begin(), end, texts[j]) == end)
+                InsertValueOfDataField(valueNodes[j], fieldNodes[p], fieldValues[p]);
+        }
+    }
+    UpdateNumOfDataFields(dictionary, static_cast<int>(fieldNames.size()));
+}
+
+// ------------------------------------------------------------- mining schema
+
+void ZRXSplitPMMLCombiner::IndexMiningField(const std::string& name)
+{
+    miningFieldPositions.emplace(name, miningFieldNames.size());
+    miningFieldNames.push_back(name);
+}
+
+void ZRXSplitPMMLCombiner::InsertMiningFieldElem(xercesc::DOMNode* schema, int index)
+{
+    if (index < 0 || static_cast<std::size_t>(index) >= splitVarNames.size() ||
+        splitVarNames[index].empty())
+        return;
+    if (xercesc::DOMElement* field = AppendNewElement(schema, kMiningField)) {
+        SetAttribute(*field, kName, splitVarNames[index].c_str());
+        SetAttribute(*field, "usageType", "active");
+    }
+}
+
+void ZRXSplitPMMLCombiner::InsertSplitVarsToMiningModel(xercesc::DOMNode* dictionary,
+                                                        xercesc::DOMNode* schema)
+{
+    if (dictionary == nullptr || schema == nullptr)
+        return;
+    for (int i = 0; i < static_cast<int>(varList.Size()); ++i) {
+        InsertDataFieldElem(dictionary, i);
+        InsertMiningFieldElem(schema, i);
+    }
+    std::vector<xercesc::DOMNode*> nodes;
+    Texts names;
+    EnumDataFields(dictionary, nodes, names);
+    for (std::size_t p = 0; p < names.size(); ++p) {
+        IndexField(nodes[p], names[p]);
+        std::vector<xercesc::DOMNode*> valueNodes;
+        Texts texts;
+        EnumValuesOfDataField(nodes[p], valueNodes, texts);
+        fieldValues.push_back(std::move(texts));
+    }
+    UpdateNumOfDataFields(dictionary, static_cast<int>(fieldNames.size()));
+    std::vector<const xercesc::DOMElement*> elements;
+    Texts miningNames;
+    ReadNamesOfMiningFields(static_cast<const xercesc::DOMElement*>(ToElement(schema)), elements,
+                            miningNames);
+    for (const std::string& name : miningNames)
+        IndexMiningField(name);
+}
+
+xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertMiningField(const xercesc::DOMElement* field,
+                                                          xercesc::DOMNode* schema)
+{
+    xercesc::DOMNode* copy = CopyChild(field, schema, true);
+    if (const XMLCh* name = copy != nullptr ? GetAttribute(*copy, kName) : nullptr)
+        IndexMiningField(ToUTF8(name));
+    return copy;
+}
+
+void ZRXSplitPMMLCombiner::ReadNamesOfMiningFields(const xercesc::DOMElement* schema,
+                                                   std::vector<const xercesc::DOMElement*>& elements,
+                                                   Texts& names) const
+{
+    if (schema == nullptr)
+        return;
+    for (const xercesc::DOMElement* field = GetFirstChildElmt(*schema, kMiningField);
+         field != nullptr; field = GetNextSiblingElmt(*field, kMiningField)) {
+        if (const XMLCh* name = GetAttribute(*field, kName)) {
+            elements.push_back(field);
+            names.push_back(ToUTF8(name));
+        }
+    }
+}
+
+void ZRXSplitPMMLCombiner::UpdateMiningSchema(const xercesc::DOMElement* modelSchema,
+                                              xercesc::DOMNode* schema)
+{
+    if (modelSchema == nullptr || schema == nullptr)
+        return;
+    std::vector<const xercesc::DOMElement*> elements;
+    Texts names;
+    ReadNamesOfMiningFields(modelSchema, elements, names);
+    // The index sees the names added so far in this same step, so a name
+    // that the model lists twice comes once.
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (miningFieldPositions.find(names[i]) == miningFieldPositions.end())
+            InsertMiningField(elements[i], schema);
+    }
+}
+
+} // namespace ZRXPrsUtil

@@ -1,0 +1,411 @@
+// Life of the combiner and the intake of one model: parse, check, and either
+// build the output document around the first model or merge a later one.
+#include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
+
+#include <zrparsexmlr/ZRXMLReadWrite.h>
+#include <zrparsexmlr/ZRXPrsUtil.h>
+
+#include "ZRXSplitInternal.h"
+
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLString.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+using ZRCommon::ZRStatus;
+
+namespace ZRXPrsUtil {
+
+namespace SplitPMML {
+
+const char* const kPMML = "PMML";
+const char* const kHeader = "Header";
+const char* const kDataDictionary = "DataDictionary";
+const char* const kTransformationDictionary = "TransformationDictionary";
+const char* const kDataField = "DataField";
+const char* const kValue = "Value";
+const char* const kDerivedField = "DerivedField";
+const char* const kMiningModel = "MiningModel";
+const char* const kMiningSchema = "MiningSchema";
+const char* const kMiningField = "MiningField";
+const char* const kSegmentation = "Segmentation";
+const char* const kSegment = "Segment";
+const char* const kSimplePredicate = "SimplePredicate";
+const char* const kCompoundPredicate = "CompoundPredicate";
+const char* const kFalse = "False";
+const char* const kLocalTransformations = "LocalTransformations";
+const char* const kName = "name";
+const char* const kValueAtt = "value";
+const char* const kFunctionName = "functionName";
+
+void CollectNamedDescendants(const xercesc::DOMNode* root, const char* tag,
+                             const char* attribute, std::vector<xercesc::DOMNode*>& nodes,
+                             std::vector<std::string>& texts)
+{
+    if (root == nullptr)
+        return;
+    const std::vector<XMLCh> wanted = ToUTF16(tag);
+    // Depth-first, in document order, without recursion: deep trees stay
+    // off the call stack.
+    const xercesc::DOMNode* node = root->getFirstChild();
+    while (node != nullptr) {
+        if (node->getNodeType() == xercesc::DOMNode::ELEMENT_NODE &&
+            xercesc::XMLString::equals(node->getNodeName(), wanted.data())) {
+            const XMLCh* text = GetAttribute(*node, attribute);
+            if (text != nullptr) {
+                nodes.push_back(const_cast<xercesc::DOMNode*>(node));
+                texts.push_back(ToUTF8(text));
+            }
+        }
+        if (node->getFirstChild() != nullptr) {
+            node = node->getFirstChild();
+            continue;
+        }
+        while (node != nullptr && node != root && node->getNextSibling() == nullptr)
+            node = node->getParentNode();
+        if (node == nullptr || node == root)
+            break;
+        node = node->getNextSibling();
+    }
+}
+
+} // namespace SplitPMML
+
+using namespace SplitPMML;
+
+namespace {
+
+const long kNoRoot = 105;
+const long kAttributeAbsent = 108;
+const long kAttributeRefused = 109;
+const long kCannotStart = 103;
+const long kCannotParse = 104;
+const long kNoModel = 113;
+const long kOtherFunction = 124;
+const long kNestedMiningModel = 125;
+const long kValueCount = 126;
+
+} // namespace
+
+ZRXSplitPMMLCombiner::ZRXSplitPMMLCombiner(const ZRMTD_NAMESPACE::ZRVarList& splitVars)
+    : varList(splitVars), status(), modelCount(0), document(nullptr), dataDictionary(nullptr),
+      miningSchema(nullptr), segmentation(nullptr), holdsXMLLibrary(false)
+{
+    InitStandardPMMLModels();
+    InitSplitVarMetadata(splitVars);
+}
+
+ZRXSplitPMMLCombiner::~ZRXSplitPMMLCombiner()
+{
+    ReleaseDocument();
+}
+
+void ZRXSplitPMMLCombiner::InitStandardPMMLModels()
+{
+    standardModels = {"MiningModel",   "AssociationModel",
+                      "ClusteringModel", "GeneralRegressionModel",
+                      "NaiveBayesModel", "NeuralNetwork",
+                      "RegressionModel", "RuleSetModel",
+                      "SequenceModel",   "SupportVectorMachineModel",
+                      "TextModel",       "TimeSeriesModel",
+                      "TreeModel"};
+}
+
+ZRStatus ZRXSplitPMMLCombiner::AddModel(const std::string& path,
+                                        const std::vector<std::string>& values)
+{
+    if (path.empty() || values.empty())
+        return status;
+    status = ZRStatus();
+    if (varList.Size() != values.size()) {
+        status = ZRStatus(kValueCount, false);
+        return status;
+    }
+    ZRXMLReadWrite reader;
+    status = reader.ParseToDOM(path);
+    if (!status.IsOK())
+        return status;
+    const bool first = document == nullptr;
+    try {
+        status = ParseSplitModelXML(reader.GetDocument(), values);
+    } catch (...) {
+        // The DOM refused an import or an append; the caller gets a status,
+        // and a first model that failed half-way leaves nothing behind.
+        if (first)
+            ReleaseDocument();
+        status = ZRStatus(kCannotParse, false);
+    }
+    return status;
+}
+
+ZRStatus ZRXSplitPMMLCombiner::ParseSplitModelXML(xercesc::DOMDocument* parsed,
+                                                  const Texts& values)
+{
+    if (parsed == nullptr)
+        return ZRStatus();
+    if (document != nullptr)
+        return MergeModelToMiningModel(parsed, values);
+
+    // The first model is checked whole before anything is built, so that a
+    // refused one leaves no trace and the next good one becomes the first.
+    std::string function;
+    const xercesc::DOMElement* pmml = GetPMML(parsed);
+    const ZRStatus checked = CheckFirstModel(pmml, GetStandardModel(pmml), function);
+    if (!checked.IsOK())
+        return checked;
+    bool created = false;
+    CreateEmptyMiningModel(created);
+    if (!created)
+        return ZRStatus(kCannotStart, false);
+    functionName = function;
+    return FillCommonToMiningModel(parsed, values);
+}
+
+ZRStatus ZRXSplitPMMLCombiner::CheckFirstModel(const xercesc::DOMElement* pmml,
+                                               const xercesc::DOMElement* model,
+                                               std::string& function) const
+{
+    if (pmml == nullptr)
+        return ZRStatus(kNoRoot, false);
+    if (model == nullptr)
+        return ZRStatus(kNoModel, false);
+    const ZRStatus result = GetFunctionNameAtt(model, function);
+    if (!result.IsOK())
+        return result;
+    if (function.empty())
+        return ZRStatus(kAttributeRefused, false);
+    return ZRStatus();
+}
+
+xercesc::DOMDocument* ZRXSplitPMMLCombiner::CreateEmptyMiningModel(bool& created)
+{
+    created = false;
+    if (document != nullptr)
+        return document;
+    // The output document outlives every reader of the models, so the
+    // combiner keeps the XML library started for as long as it exists.
+    try {
+        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
+                                              nullptr, nullptr);
+    } catch (...) {
+        return nullptr;
+    }
+    holdsXMLLibrary = true;
+    const std::vector<XMLCh> core = ToUTF16("Core");
+    xercesc::DOMImplementation* impl =
+        xercesc::DOMImplementationRegistry::getDOMImplementation(core.data());
+    if (impl != nullptr)
+        document = impl->createDocument(nullptr, nullptr, nullptr,
+                                        xercesc::XMLPlatformUtils::fgMemoryManager);
+    if (document == nullptr) {
+        ReleaseDocument();
+        return nullptr;
+    }
+    created = true;
+    return document;
+}
+
+ZRStatus ZRXSplitPMMLCombiner::FillCommonToMiningModel(xercesc::DOMDocument* parsed,
+                                                       const Texts& values)
+{
+    if (document == nullptr || parsed == nullptr)
+        return ZRStatus();
+    modelCount = 0;
+    const xercesc::DOMElement* pmml = GetPMML(parsed);
+    const xercesc::DOMElement* model = GetStandardModel(pmml);
+
+    xercesc::DOMNode* root = CopyPMML(pmml, false);
+    if (root == nullptr) {
+        ReleaseDocument();
+        return ZRStatus(kCannotParse, false);
+    }
+    CopyChild(GetFirstChildElmt(*pmml, kHeader), root, true);
+    dataDictionary = CopyChild(GetDataDict(pmml), root, true);
+    if (dataDictionary == nullptr)
+        dataDictionary = AppendNewElement(root, kDataDictionary);
+    const xercesc::DOMElement* transDict = GetTransDict(pmml);
+    xercesc::DOMNode* miningModel = CreateMiningModel(root, functionName);
+    miningSchema = CopyChild(GetMiningSchema(model), miningModel, true);
+    if (miningSchema == nullptr)
+        miningSchema = AppendNewElement(miningModel, kMiningSchema);
+    InsertSplitVarsToMiningModel(dataDictionary, miningSchema);
+    segmentation = CreateSegmentation(miningModel);
+    InsertSegment(segmentation, model, transDict, values);
+    return ZRStatus();
+}
+
+ZRStatus ZRXSplitPMMLCombiner::MergeModelToMiningModel(xercesc::DOMDocument* parsed,
+                                                       const Texts& values)
+{
+    if (parsed == nullptr || values.empty())
+        return ZRStatus();
+    const xercesc::DOMElement* pmml = GetPMML(parsed);
+    const xercesc::DOMElement* model = GetStandardModel(pmml);
+    const ZRStatus consistent = IsConsistentFunctionName(model);
+    if (!consistent.IsOK())
+        return consistent;
+    UpdateDataDict(GetDataDict(pmml), dataDictionary);
+    UpdateMiningSchema(GetMiningSchema(model), miningSchema);
+    InsertSegment(segmentation, model, GetTransDict(pmml), values);
+    return ZRStatus();
+}
+
+ZRStatus ZRXSplitPMMLCombiner::ExportMiningModel(const std::string& path)
+{
+    if (document == nullptr)
+        return status;
+    status = WriteDocToPMMLFile(document, path);
+    ReleaseDocument();
+    return status;
+}
+
+ZRStatus ZRXSplitPMMLCombiner::WriteDocToPMMLFile(const xercesc::DOMDocument* doc,
+                                                  const std::string& path)
+{
+    if (doc == nullptr || path.empty())
+        return ZRStatus();
+    ZRXMLReadWrite writer;
+    return writer.WriteFromDOM(path, doc);
+}
+
+void ZRXSplitPMMLCombiner::ReleaseDocument()
+{
+    if (document != nullptr)
+        document->release();
+    document = nullptr;
+    // Every node pointer and list below spoke of the released document.
+    functionName.clear();
+    dataDictionary = nullptr;
+    miningSchema = nullptr;
+    segmentation = nullptr;
+    fieldNames.clear();
+    fieldNodes.clear();
+    fieldValues.clear();
+    miningFieldNames.clear();
+    fieldPositions.clear();
+    miningFieldPositions.clear();
+    if (holdsXMLLibrary) {
+        holdsXMLLibrary = false;
+        xercesc::XMLPlatformUtils::Terminate();
+    }
+}
+
+int ZRXSplitPMMLCombiner::GetNModels() const
+{
+    return modelCount;
+}
+
+ZRStatus ZRXSplitPMMLCombiner::GetStatus() const
+{
+    return status;
+}
+
+void ZRXSplitPMMLCombiner::Display(std::ostream&) const {}
+
+// ------------------------------------------------------------------ finding
+
+const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetPMML(const xercesc::DOMDocument* parsed) const
+{
+    return parsed != nullptr ? GetFirstChildElmt(*parsed, kPMML) : nullptr;
+}
+
+const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetStandardModel(
+    const xercesc::DOMElement* pmml) const
+{
+    if (pmml == nullptr)
+        return nullptr;
+    for (const std::string& tag : standardModels) {
+        if (const xercesc::DOMElement* model = GetFirstChildElmt(*pmml, tag.c_str()))
+            return model;
+    }
+    return nullptr;
+}
+
+const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetDataDict(const xercesc::DOMElement* pmml) const
+{
+    return pmml != nullptr ? GetFirstChildElmt(*pmml, kDataDictionary) : nullptr;
+}
+
+const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetTransDict(
+    const xercesc::DOMElement* pmml) const
+{
+    return pmml != nullptr ? GetFirstChildElmt(*pmml, kTransformationDictionary) : nullptr;
+}
+
+const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetMiningSchema(
+    const xercesc::DOMElement* model) const
+{
+    return model != nullptr ? GetFirstChildElmt(*model, kMiningSchema) : nullptr;
+}
+
+ZRStatus ZRXSplitPMMLCombiner::IsMiningModel(const xercesc::DOMElement* model) const
+{
+    if (model != nullptr && TagNameEquals(*model, kMiningModel))
+        return ZRStatus(kNestedMiningModel, false);
+    return ZRStatus();
+}
+
+ZRStatus ZRXSplitPMMLCombiner::GetFunctionNameAtt(const xercesc::DOMElement* model,
+                                                  std::string& out) const
+{
+    const ZRStatus result = IsMiningModel(model);
+    if (!result.IsOK())
+        return result;
+    const XMLCh* value = model != nullptr ? GetAttribute(*model, kFunctionName) : nullptr;
+    if (value == nullptr)
+        return ZRStatus(kAttributeAbsent, false);
+    out = ToUTF8(value);
+    return ZRStatus();
+}
+
+ZRStatus ZRXSplitPMMLCombiner::IsConsistentFunctionName(const xercesc::DOMElement* model) const
+{
+    if (model == nullptr || functionName.empty())
+        return ZRStatus();
+    std::string function;
+    const ZRStatus result = GetFunctionNameAtt(model, function);
+    if (!result.IsOK())
+        return result;
+    return function == functionName ? ZRStatus() : ZRStatus(kOtherFunction, false);
+}
+
+// ------------------------------------------------------------------ copying
+
+xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyPMML(const xercesc::DOMElement* pmml, bool deep)
+{
+    return CopyChild(pmml, document, deep);
+}
+
+xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyChild(const xercesc::DOMNode* source,
+                                                  xercesc::DOMNode* parent, bool deep)
+{
+    if (source == nullptr || parent == nullptr || document == nullptr)
+        return nullptr;
+    xercesc::DOMNode* copy = document->importNode(source, deep);
+    return copy != nullptr ? parent->appendChild(copy) : nullptr;
+}
+
+xercesc::DOMElement* ZRXSplitPMMLCombiner::AppendNewElement(xercesc::DOMNode* parent,
+                                                            const char* tag)
+{
+    if (parent == nullptr || document == nullptr)
+        return nullptr;
+    xercesc::DOMElement* element = CreateElement(*document, tag);
+    if (element == nullptr)
+        return nullptr;
+    parent->appendChild(element);
+    return element;
+}
+
+xercesc::DOMNode* ZRXSplitPMMLCombiner::CreateMiningModel(xercesc::DOMNode* parent,
+                                                          const std::string& function)
+{
+    if (function.empty())
+        return nullptr;
+    xercesc::DOMElement* miningModel = AppendNewElement(parent, kMiningModel);
+    if (miningModel != nullptr)
+        SetAttribute(*miningModel, kFunctionName, function.c_str());
+    return miningModel;
+}
+
+} // namespace ZRXPrsUtil

@@ -1,0 +1,90 @@
+// ZRXMLReadWrite: the general way in and out of a DOM. It parses one document
+// at a time from a file or a stream, keeps it, and writes any DOM to a file.
+// The split-model combiner reads every model and writes its result with it.
+//
+// Life of the XML library: the constructor starts the XML library (one
+// XMLPlatformUtils::Initialize) and the destructor stops it (one Terminate),
+// after freeing the parser, so that any number of objects can live side by
+// side. Documents that came from an object must not be used after its
+// destruction.
+//
+// States: not initialised (status 103 for good: every parse and write returns
+// 103 and does nothing), empty (no document) and holding (after a successful
+// parse). A successful ParseToDOM moves to holding, a failed one to empty; the
+// previous document is freed at the start of every parse, so a pointer that
+// GetDocument gave goes stale at the next ParseToDOM, whatever its outcome.
+//
+// Failures:
+//   103  the XML library can't be started (then for good), or a parser can't
+//        be made (only that parse; the next one tries again);
+//   104  the document can't be parsed: any failure of the parse, not only an
+//        XMLException. A document that is not well-formed, a DOCTYPE that
+//        asks for external entities, a missing file all give 104 and never an
+//        exception; GetXercesMessage tells the cause where the XML library
+//        gave one;
+//   118  the document can't be written: the file can't be opened, a write or
+//        the closing of the file fails, or the serialiser refuses the
+//        document. No exception leaves WriteFromDOM.
+// A following successful parse or write empties GetXercesMessage.
+#ifndef ZRPARSEXMLR_ZRXMLREADWRITE_H
+#define ZRPARSEXMLR_ZRXMLREADWRITE_H
+
+#include <zrparsexmlr/ZRXExport.h>
+#include <zrcommonr/ZRStatus.h>
+
+#include <xercesc/util/XercesDefs.hpp>
+
+#include <istream>
+#include <string>
+
+XERCES_CPP_NAMESPACE_BEGIN
+class DOMDocument;
+class XercesDOMParser;
+XERCES_CPP_NAMESPACE_END
+
+namespace ZRXPrsUtil {
+
+class ZRXPRS_API ZRXMLReadWrite {
+public:
+    ZRXMLReadWrite();
+    ~ZRXMLReadWrite();
+    ZRXMLReadWrite(const ZRXMLReadWrite&) = delete;
+    ZRXMLReadWrite& operator=(const ZRXMLReadWrite&) = delete;
+
+    // The result of construction; it never changes afterwards.
+    ZRCommon::ZRStatus GetInitStatus() const;
+
+    // Parses the file at `path`, which goes to the parser unchanged.
+    ZRCommon::ZRStatus ParseToDOM(const std::string& path);
+    // Parses the stream, read to its end.
+    ZRCommon::ZRStatus ParseToDOM(std::istream& stream);
+
+    // Writes `document`, or the object's own if it is null, to the file at
+    // `path` without pretty-printing. With no document at all the result is
+    // OK and no file is touched. Changes neither the held parser nor the held
+    // document, so it writes documents of other owners too.
+    ZRCommon::ZRStatus WriteFromDOM(const std::string& path,
+                                    const xercesc::DOMDocument* document = nullptr) const;
+
+    // The message of the XML library's exception of the last parse or write,
+    // as UTF-8; empty if there was none.
+    std::string GetXercesMessage() const;
+
+    // The held document, null before any parse and after a failed one. The
+    // object keeps it.
+    const xercesc::DOMDocument* GetDocument() const;
+    xercesc::DOMDocument* GetDocument();
+
+private:
+    ZRCommon::ZRStatus ParseToDOM(const char* path, std::istream* stream);
+    void DropParser();
+
+    ZRCommon::ZRStatus status;
+    xercesc::XercesDOMParser* parser;
+    mutable std::string xercesMessage;
+    xercesc::DOMDocument* document;
+};
+
+} // namespace ZRXPrsUtil
+
+#endif
