@@ -23,39 +23,96 @@ XERCES_CPP_NAMESPACE_END
 
 namespace ZRXPrsUtil {
 
+// The order of calls: construct, ParseToDOM, then FillVarList; SetModelElmt
+// and FillUniStats when statistics are wanted. Every query starts from the
+// status of construction and of the last parse and returns it at once when it
+// is not OK; queries never change it. Element and attribute names are compared
+// exactly, on the tag as written: a tag with a namespace prefix matches nothing.
 class ZRXPRS_API ZRPMMLParser {
 public:
+    // Starts the XML library and makes the DOM parser; any failure gives
+    // status 103 and no exception. When the library started but the parser
+    // could not be made, the start is undone at once, so that every start
+    // is paired with one end.
     ZRPMMLParser();
+    // Frees the parser and, only if there was one, ends the XML library.
     virtual ~ZRPMMLParser();
     ZRPMMLParser(const ZRPMMLParser&) = delete;
     ZRPMMLParser& operator=(const ZRPMMLParser&) = delete;
 
+    // Parses the stream and finds the PMML root, its DataDictionary (required)
+    // and TransformationDictionary (optional). 103 after a failed
+    // construction, 104 for any failed parse: not well-formed, a DOCTYPE that
+    // asks for external entities, an exception of any kind, no document (the
+    // XML library's message, if any, in GetXercesMessage); 105 no root or a
+    // root other than "PMML"; 106 no DataDictionary. The earlier document,
+    // and the model chosen on it, are gone whatever the outcome.
     virtual ZRCommon::ZRStatus ParseToDOM(std::istream& stream);
 
     ZRCommon::ZRStatus GetStatus() const;
     std::string GetXercesMessage() const;
     const xercesc::DOMElement* GetRootElement() const;
+    // Chooses the model whose statistics FillUniStats walks. False, with
+    // nothing stored, without a successfully parsed document. The element is
+    // not inspected.
     bool SetModelElmt(const xercesc::DOMElement& model);
 
+    // Adds one variable per DataField, in document order (only those named in
+    // `wantedFields` unless it is empty), with role input, and feeds its
+    // encoder the missing values and the invalid range. With `useBins`, a
+    // continuous field is binned by the first Discretize on it in the
+    // TransformationDictionary; none gives 110. Other failures: 107 no
+    // document, 108 no name/dataType/optype, 109 a dataType that is not
+    // accepted, 111 the list refused the variable. The walk stops at the first
+    // failure; what was added stays.
     ZRCommon::ZRStatus FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
                                    const std::vector<std::string>& wantedFields,
                                    bool useBins) const;
 
+    // Walks the UnivariateStats of the chosen model's ModelStats, one per
+    // call: start with a null position and call again with the same pointer.
+    // Not null and OK: `stats` holds that field. Null and OK: the end (stats
+    // untouched). Not null and a failure: that element is faulty and the next
+    // call moves past it. Position untouched: no usable document (the held
+    // status, or 107) or no model chosen (112). `stats` is assigned only on
+    // success.
+    // The text "NaN" stands for the missing value everywhere: a NaN margin of
+    // an Interval counts as absent, a NaN standard deviation as not given,
+    // while a NaN totalFreq (109) or frequency (114) is refused, as a missing
+    // count is no count.
     ZRCommon::ZRStatus FillUniStats(ZRMTD_NAMESPACE::ZRUniStats& stats,
                                     const xercesc::DOMElement*& position) const;
 
 protected:
+    // The helpers of FillUniStats, for derived readers. Cat: the first Array
+    // of DiscrStats. Cont: the summary of NumericInfo and, when there is a
+    // ContStats, its cut points and frequencies; without ContStats it gives
+    // OK and leaves `stats` as it was.
     ZRCommon::ZRStatus FillUniStatsCat(ZRMTD_NAMESPACE::ZRUniStats& stats,
                                        const std::string& fieldName, double totalFreq,
                                        const xercesc::DOMElement& uniStats) const;
     ZRCommon::ZRStatus FillUniStatsCont(ZRMTD_NAMESPACE::ZRUniStats& stats,
                                         const std::string& fieldName, double totalFreq,
                                         const xercesc::DOMElement& uniStats) const;
+    // Cut points from the Interval list of a ContStats (touching Intervals
+    // share a cut point, a gap becomes a bin of its own, a missing first left
+    // or last right margin is an open end) and the frequencies of its first
+    // Array, one per bin. 115 for Intervals that don't fit together or a
+    // frequency count that does not match; no Interval gives two empty lists.
     ZRCommon::ZRStatus FillCutPointsFreqs(std::vector<double>& cutPoints,
                                           std::vector<double>& frequencies, bool& leftOpen,
                                           const xercesc::DOMElement& contStats) const;
+    // The margins (missing value when absent) and whether the Interval is
+    // open on the left. 108 without both margins or without closure, 109 for
+    // a margin that is not a number or a left margin not below the right.
     ZRCommon::ZRStatus ExtractInterval(double& leftMargin, double& rightMargin, bool& leftOpen,
                                        const xercesc::DOMElement& interval) const;
+    // The bins of the first Discretize on `fieldName` in the
+    // TransformationDictionary: the lower bound of the first Interval, then
+    // the upper bound of every Interval, in document order (an unusable
+    // margin gives the widest finite bound), and the binValue of every
+    // DiscretizeBin that has one. False, with both lists empty, when there is
+    // none (or no TransformationDictionary).
     bool SetBinsFrTransDict(const std::string& fieldName, std::vector<double>& cutPoints,
                             std::vector<std::string>& binValues) const;
 

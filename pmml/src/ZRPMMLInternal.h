@@ -1,0 +1,14 @@
+// Helpers shared by the sources of ZRPMMLParser; not exported.
+#ifndef ZRPARSEXMLR_ZRPMMLINTERNAL_H
+#define ZRPARSEXMLR_ZRPMMLINTERNAL_H
+
+#include <zrcommonr/ZRStatus.h>
+
+namespace ZRXPrsUtil {
+
+// A failure status with the given code and the flag false.
+ZRCommon::ZRStatus PMMLFailure(long code);
+
+} // namespace ZRXPrsUtil
+
+#endif
