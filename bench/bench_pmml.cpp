@@ -1,0 +1,126 @@
+// Speed of the PMML reader on generated documents of 1,000, 10,000 and
+// 100,000 DataFields: the bare XML parse of the bytes, ParseToDOM, and
+// FillVarList on the parsed document. FillVarList should take no more than
+// half of the bare parse, and grow linearly with the number of fields.
+#include <zrparsexmlr/ZRPMMLParser.h>
+
+#include "ZRXPrsUtilInternal.h"
+
+#include <benchmark/benchmark.h>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+
+#include <map>
+#include <memory>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace {
+
+// A dictionary of `fields` DataFields: 40% categorical strings, 20%
+// categorical integers (each with 5 to 50 Values, some labelled, some
+// missing) and 40% continuous doubles with an Interval, a missing Value and
+// the two invalid-range Extensions.
+std::string MakeDocument(int fields) {
+    std::mt19937 random(12345);
+    std::ostringstream out;
+    out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+           "<PMML xmlns=\"http://www.dmg.org/PMML-4_4\" version=\"4.4\">\n"
+           "  <Header copyright=\"bench\"/>\n  <DataDictionary numberOfFields=\""
+        << fields << "\">\n";
+    for (int i = 0; i < fields; ++i) {
+        const int kind = i % 5;
+        if (kind < 3) {
+            const bool numeric = kind == 2;
+            const int values = 5 + static_cast<int>(random() % 46);
+            const bool labelled = random() % 2 == 0;
+            out << "    <DataField name=\"field_" << i << "\" displayName=\"Field number " << i
+                << "\" optype=\"categorical\" dataType=\"" << (numeric ? "integer" : "string")
+                << "\">\n";
+            for (int v = 0; v < values; ++v) {
+                out << "      <Value value=\"" << (numeric ? "" : "category_") << v << "\"";
+                if (labelled)
+                    out << " displayValue=\"Category " << v << " of field " << i << "\"";
+                out << "/>\n";
+            }
+            out << "      <Value value=\"" << (numeric ? "99" : "unknown")
+                << "\" displayValue=\"not stated\" property=\"missing\"/>\n"
+                << "    </DataField>\n";
+        } else {
+            const double low = static_cast<double>(random() % 1000);
+            out << "    <DataField name=\"field_" << i
+                << "\" optype=\"continuous\" dataType=\"double\">\n"
+                << "      <Extension extender=\"bench\" name=\"invalidRangeLower\" value=\""
+                << low + 900.5 << "\"/>\n"
+                << "      <Extension extender=\"bench\" name=\"invalidRangeUpper\" value=\""
+                << low + 999.25 << "\"/>\n"
+                << "      <Interval closure=\"closedClosed\" leftMargin=\"" << low
+                << "\" rightMargin=\"" << low + 800.75 << "\"/>\n"
+                << "      <Value value=\"-1\" displayValue=\"refused\" property=\"missing\"/>\n"
+                << "    </DataField>\n";
+        }
+    }
+    out << "  </DataDictionary>\n</PMML>\n";
+    return out.str();
+}
+
+const std::string& Document(int fields) {
+    static std::map<int, std::string> documents;
+    auto found = documents.find(fields);
+    if (found == documents.end())
+        found = documents.emplace(fields, MakeDocument(fields)).first;
+    return found->second;
+}
+
+void XercesParseAlone(benchmark::State& state) {
+    const std::string& text = Document(static_cast<int>(state.range(0)));
+    ZRXPrsUtil::ZRPMMLParser keepsLibraryStarted;
+    std::unique_ptr<xercesc::XercesDOMParser> parser(ZRXPrsUtil::NewDOMParser());
+    for (auto _ : state) {
+        xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()),
+                                          text.size(), "bench");
+        parser->parse(source);
+        benchmark::DoNotOptimize(parser->getDocument());
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+
+void ParseToDOM(benchmark::State& state) {
+    const std::string& text = Document(static_cast<int>(state.range(0)));
+    ZRXPrsUtil::ZRPMMLParser parser;
+    for (auto _ : state) {
+        std::istringstream stream(text);
+        if (!parser.ParseToDOM(stream).IsOK())
+            state.SkipWithError("parse failed");
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+}
+
+void FillVarList(benchmark::State& state) {
+    const int fields = static_cast<int>(state.range(0));
+    std::istringstream stream(Document(fields));
+    ZRXPrsUtil::ZRPMMLParser parser;
+    if (!parser.ParseToDOM(stream).IsOK())
+        state.SkipWithError("parse failed");
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto list = std::make_unique<ZRMetadata::ZRVarList>();
+        state.ResumeTiming();
+        if (!parser.FillVarList(*list, {}, false).IsOK() ||
+            list->Size() != static_cast<std::size_t>(fields))
+            state.SkipWithError("fill failed");
+        state.PauseTiming();
+        list.reset();
+        state.ResumeTiming();
+    }
+    state.SetItemsProcessed(state.iterations() * fields);
+}
+
+} // namespace
+
+BENCHMARK(XercesParseAlone)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(ParseToDOM)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(FillVarList)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+
+BENCHMARK_MAIN();

@@ -1,0 +1,50 @@
+// Fuzz target for ZRPMMLParser: parse, fill a variable list with and without
+// bins, choose the first model and walk its univariate statistics.
+#include <zrparsexmlr/ZRPMMLParser.h>
+#include <zrparsexmlr/ZRXPrsUtil.h>
+
+#include <xercesc/dom/DOM.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <sstream>
+#include <string>
+
+namespace {
+
+// The first child element of the root whose tag ends in "Model".
+const xercesc::DOMElement* FirstModel(const xercesc::DOMElement& root) {
+    for (const xercesc::DOMNode* node = root.getFirstChild(); node; node = node->getNextSibling()) {
+        const xercesc::DOMElement* element = ZRXPrsUtil::AsElement(*node, nullptr);
+        if (!element)
+            continue;
+        const std::string tag = ZRXPrsUtil::ToUTF8(element->getTagName());
+        if (tag.size() >= 5 && tag.compare(tag.size() - 5, 5, "Model") == 0)
+            return element;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+    // One parser for the whole run keeps the XML library started; every
+    // ParseToDOM starts afresh.
+    static ZRXPrsUtil::ZRPMMLParser parser;
+    std::istringstream stream(std::string(reinterpret_cast<const char*>(data), size));
+    if (!parser.ParseToDOM(stream).IsOK())
+        return 0;
+    for (bool useBins : {false, true}) {
+        ZRMetadata::ZRVarList list;
+        parser.FillVarList(list, {}, useBins);
+    }
+    const xercesc::DOMElement* model = FirstModel(*parser.GetRootElement());
+    if (!model || !parser.SetModelElmt(*model))
+        return 0;
+    ZRMetadata::ZRUniStats stats;
+    const xercesc::DOMElement* position = nullptr;
+    do {
+        parser.FillUniStats(stats, position);
+    } while (position);
+    return 0;
+}
