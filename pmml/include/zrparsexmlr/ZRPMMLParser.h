@@ -42,9 +42,10 @@ public:
 
     // Parses the stream and finds the PMML root, its DataDictionary (required)
     // and TransformationDictionary (optional). 103 after a failed
-    // construction, 104 for any failed parse: not well-formed, a DOCTYPE that
-    // asks for external entities, an exception of any kind, no document (the
-    // XML library's message, if any, in GetXercesMessage); 105 no root or a
+    // construction, 104 for any failed parse: not well-formed, an external
+    // entity in use (none is resolved, nor an external DTD loaded), entities
+    // that expand beyond the XML library's limit, an exception of any kind, no
+    // document (the XML library's message in GetXercesMessage); 105 no root or a
     // root other than "PMML"; 106 no DataDictionary. The earlier document,
     // and the model chosen on it, are gone whatever the outcome.
     virtual ZRCommon::ZRStatus ParseToDOM(std::istream& stream);
