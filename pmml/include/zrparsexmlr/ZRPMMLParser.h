@@ -44,10 +44,11 @@ public:
     // and TransformationDictionary (optional). 103 after a failed
     // construction, 104 for any failed parse: not well-formed, an external
     // entity in use (none is resolved, nor an external DTD loaded), entities
-    // that expand beyond the XML library's limit, an exception of any kind, no
-    // document (the XML library's message in GetXercesMessage); 105 no root or a
-    // root other than "PMML"; 106 no DataDictionary. The earlier document,
-    // and the model chosen on it, are gone whatever the outcome.
+    // that expand beyond the XML library's limit, an exception of any kind, or
+    // no document; GetXercesMessage then holds the XML library's message as
+    // far as the parse helper passes it on, and is empty otherwise. 105 no
+    // root or a root other than "PMML"; 106 no DataDictionary. The earlier
+    // document, and the model chosen on it, are gone whatever the outcome.
     virtual ZRCommon::ZRStatus ParseToDOM(std::istream& stream);
 
     ZRCommon::ZRStatus GetStatus() const;
