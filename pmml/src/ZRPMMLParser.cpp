@@ -52,6 +52,22 @@ struct FieldData {
     std::vector<std::string> missingLabels;
     double rangeLower = kLowest;
     double rangeUpper = kHighest;
+
+    // Fresh values for the next field; the lists keep their storage, so that
+    // a long dictionary does not allocate them anew for every field.
+    void Reset() {
+        name.clear();
+        displayName.clear();
+        numeric = categorical = true;
+        validNumbers.clear();
+        validStrings.clear();
+        validLabels.clear();
+        missingNumbers.clear();
+        missingStrings.clear();
+        missingLabels.clear();
+        rangeLower = kLowest;
+        rangeUpper = kHighest;
+    }
 };
 
 // dataType and optype of the field. 108 if one is absent, 109 for a dataType
@@ -258,6 +274,7 @@ ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::st
     ZRStatus result = status;
     if (result.IsOK() && !document)
         result = PMMLFailure(107);
+    FieldData data;
     std::vector<double> cuts;
     std::vector<std::string> binLabels;
     for (const DOMElement* field = result.IsOK() ? GetFirstChildElmt(*dataDictionary, "DataField")
@@ -270,7 +287,7 @@ ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::st
         }
         if (!wantedFields.empty() && FindXStrInList(name, wantedFields) < 0)
             continue;
-        FieldData data;
+        data.Reset();
         data.name = ToUTF8(name);
         if (const XMLCh* displayName = GetAttribute(*field, "displayName"))
             data.displayName = ToUTF8(displayName);
