@@ -279,7 +279,7 @@ ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::st
     std::vector<std::string> binLabels;
     for (const DOMElement* field = result.IsOK() ? GetFirstChildElmt(*dataDictionary, "DataField")
                                                  : nullptr;
-         field && result.IsOK(); field = GetNextSiblingElmt(*field, "DataField")) {
+         field; field = GetNextSiblingElmt(*field, "DataField")) {
         const XMLCh* name = GetAttribute(*field, "name");
         if (!name) {
             result = PMMLFailure(108);
