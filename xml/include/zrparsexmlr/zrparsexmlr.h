@@ -10,5 +10,6 @@
 #include <zrparsexmlr/ExtNameStr.h>
 #include <zrparsexmlr/ZRXMLReadWrite.h>
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
+#include <zrparsexmlr/ZRSettingsParser.h>
 
 #endif
