@@ -1,0 +1,110 @@
+// The Parameters path of a settings document and the statuses that a parse
+// leaves for every later call.
+#include "SettingsTestUtil.h"
+
+#include <gtest/gtest.h>
+
+using namespace settingstest;
+using ZRXPrsUtil::ZRSettingsParser;
+
+namespace {
+
+const char* const kTask =
+    "<MiningBuildTask><Extension><Parameters><Parameter name=\"p\" value=\"1\"/>"
+    "</Parameters></Extension></MiningBuildTask>";
+
+TEST(SettingsDocument, ParametersPathDecidesTheParse)
+{
+    const struct {
+        const char* text;
+        long code;
+    } cases[] = {
+        {"<PMML><DataDictionary/><!-- c --><Header/>%s</PMML>", 0},
+        {"<PMML><DataDictionary/></PMML>", 119},
+        {"<PMML><DataDictionary/><MiningBuildTask/></PMML>", 119},
+        {"<PMML><DataDictionary/><MiningBuildTask><Parameters/></MiningBuildTask></PMML>", 119},
+        // Only the first Extension of the task is looked at.
+        {"<PMML><DataDictionary/><MiningBuildTask><Extension/><Extension><Parameters/>"
+         "</Extension></MiningBuildTask></PMML>", 119},
+        {"<PMML><DataDictionary/><MiningBuildTask><Extension><x:Parameters xmlns:x=\"u\"/>"
+         "</Extension></MiningBuildTask></PMML>", 119},
+        {"<PMML>%s</PMML>", 106},
+        {"<Settings><DataDictionary/>%s</Settings>", 105},
+        {"<PMML><DataDictionary/>%s", 104},
+        {"", 104},
+    };
+    for (const auto& c : cases) {
+        std::string text = c.text;
+        const std::size_t at = text.find("%s");
+        if (at != std::string::npos)
+            text.replace(at, 2, kTask);
+        ZRSettingsParser parser;
+        const ZRCommon::ZRStatus result = Parse(parser, text);
+        EXPECT_EQ(result.GetCode(), c.code) << text;
+        EXPECT_FALSE(result.GetFlag()) << text;
+        EXPECT_EQ(parser.GetStatus(), result) << text;
+    }
+}
+
+TEST(SettingsDocument, NothingParsedGives107Everywhere)
+{
+    ZRSettingsParser parser;
+    ZRMTD_NAMESPACE::ZRVarList list;
+    std::string text = "kept";
+    std::vector<std::string> names{"kept"};
+    std::vector<std::vector<int>> matrix{{1}};
+    EXPECT_EQ(parser.FillVarList(list, false).GetCode(), 107);
+    EXPECT_EQ(parser.FillTransDict(list).GetCode(), 107);
+    EXPECT_EQ(parser.GetParameter("p", text).GetCode(), 107);
+    EXPECT_EQ(parser.GetVariables("p", text).GetCode(), 107);
+    EXPECT_EQ(parser.GetTargetVars(names).GetCode(), 107);
+    EXPECT_EQ(parser.GetCatPredictors(names).GetCode(), 107);
+    EXPECT_EQ(parser.GetMatrix("p", matrix).GetCode(), 107);
+    EXPECT_EQ(parser.GetParameterType("p"), ZRSettingsParser::ParamTypeInvalid);
+    EXPECT_EQ(parser.GetComplexParameter("p"), nullptr);
+    EXPECT_EQ(text, "kept");
+    EXPECT_EQ(names, std::vector<std::string>{"kept"});
+    EXPECT_EQ(matrix.size(), 1u);
+    EXPECT_EQ(list.Size(), 0u);
+}
+
+TEST(SettingsDocument, FailedParseAnswersEveryQueryWithItsCode)
+{
+    ZRSettingsParser parser;
+    ASSERT_EQ(Parse(parser, "<PMML><DataDictionary><DataField name=\"a\" dataType=\"double\" "
+                            "optype=\"continuous\"/></DataDictionary></PMML>")
+                  .GetCode(),
+              119);
+    ZRMTD_NAMESPACE::ZRVarList list;
+    int number = 7;
+    std::vector<double> numbers{1.0};
+    std::string weight = "kept";
+    EXPECT_EQ(parser.FillVarList(list, false).GetCode(), 119);
+    EXPECT_EQ(parser.FillTransDict(list).GetCode(), 119);
+    EXPECT_EQ(parser.GetParameter("p", number).GetCode(), 119);
+    EXPECT_EQ(parser.GetArray("p", numbers).GetCode(), 119);
+    EXPECT_EQ(parser.GetFrequencyWeight(weight).GetCode(), 119);
+    EXPECT_EQ(parser.GetStatus().GetCode(), 119);
+    EXPECT_EQ(list.Size(), 0u);
+    EXPECT_EQ(number, 7);
+    EXPECT_EQ(numbers, std::vector<double>{1.0});
+    EXPECT_EQ(weight, "kept");
+}
+
+TEST(SettingsDocument, EachParseStartsAfresh)
+{
+    ZRSettingsParser parser;
+    ASSERT_TRUE(Parse(parser, Params("<ComplexParameter name=\"g\"/>")).IsOK());
+    EXPECT_NE(parser.GetComplexParameter("g"), nullptr);
+
+    EXPECT_EQ(Parse(parser, "<PMML/>").GetCode(), 106);
+    EXPECT_EQ(parser.GetComplexParameter("g"), nullptr);
+    EXPECT_EQ(parser.GetRootElement(), nullptr);
+
+    ASSERT_TRUE(Parse(parser, Params("<Parameter name=\"p\" value=\"2\"/>")).IsOK());
+    int value = 0;
+    EXPECT_TRUE(parser.GetParameter("p", value).IsOK());
+    EXPECT_EQ(value, 2);
+}
+
+} // namespace
