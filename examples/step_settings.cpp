@@ -3,10 +3,10 @@
 #include "steps.h"
 
 #include <zrparsexmlr/ZRSettingsParser.h>
-#include <zrcommonr/ZRFormat.h>
 #include <zrcommonr/ZRMV.h>
 
 #include <fstream>
+#include <sstream>
 #include <limits>
 #include <string>
 #include <type_traits>
@@ -25,7 +25,10 @@ std::string Number(double value)
         return "+open";
     if (ZRMV::IsMissing(value))
         return "missing";
-    return ZRXML_NAMESPACE::Format(value, false, nullptr);
+    std::ostringstream text;
+    text.precision(15);
+    text << value;
+    return text.str();
 }
 
 template <class T>
