@@ -1,0 +1,113 @@
+// Fuzz target for ZRSettingsParser: parse, fill a variable list from both
+// dictionaries (with and without bins), then every role, parameter, array and
+// matrix query on the names that the document itself carries, in the
+// Parameters scope and in every group that those names open.
+#include <zrparsexmlr/ZRSettingsParser.h>
+#include <zrparsexmlr/ZRXPrsUtil.h>
+
+#include <xercesc/dom/DOMElement.hpp>
+
+#include <cstddef>
+#include <cstdint>
+#include <sstream>
+#include <string>
+#include <vector>
+
+namespace {
+
+using ZRXPrsUtil::ZRSettingsParser;
+
+const std::size_t kMaxNames = 24;
+const std::size_t kMaxScopes = 8;
+
+// The "name" attributes of the document's elements, in document order,
+// without recursion so that deep documents cost no stack.
+std::vector<std::string> NamesOf(const xercesc::DOMElement& root)
+{
+    std::vector<std::string> names;
+    std::vector<const xercesc::DOMElement*> pending{&root};
+    while (!pending.empty() && names.size() < kMaxNames) {
+        const xercesc::DOMElement* element = pending.back();
+        pending.pop_back();
+        if (const XMLCh* name = ZRXPrsUtil::GetAttribute(*element, "name"))
+            names.push_back(ZRXPrsUtil::ToUTF8(name));
+        std::vector<const xercesc::DOMElement*> children;
+        for (const xercesc::DOMElement* child = ZRXPrsUtil::GetFirstChildElmt(*element, nullptr);
+             child != nullptr; child = ZRXPrsUtil::GetNextSiblingElmt(*child, nullptr))
+            children.push_back(child);
+        pending.insert(pending.end(), children.rbegin(), children.rend());
+    }
+    return names;
+}
+
+void QueryAll(ZRSettingsParser& parser, const char* name, void* context)
+{
+    std::string text;
+    int integer = 0;
+    double real = 0.0;
+    bool flag = false;
+    parser.GetParameter(name, text, context);
+    parser.GetParameter(name, integer, context);
+    parser.GetParameter(name, real, context);
+    parser.GetParameter(name, flag, context);
+    parser.GetParameterType(name, context);
+    std::vector<std::string> texts;
+    std::vector<int> integers;
+    std::vector<double> reals;
+    parser.GetArray(name, texts, context);
+    parser.GetArray(name, integers, context);
+    parser.GetArray(name, reals, context);
+    std::vector<std::vector<std::string>> textRows;
+    std::vector<std::vector<int>> integerRows;
+    std::vector<std::vector<double>> realRows;
+    parser.GetMatrix(name, textRows, context);
+    parser.GetMatrix(name, integerRows, context);
+    parser.GetMatrix(name, realRows, context);
+    if (context == nullptr) {
+        parser.GetVariables(name, texts);
+        parser.GetVariables(name, text);
+    }
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    // One parser for the whole run keeps the XML library started; every
+    // ParseToDOM starts afresh.
+    static ZRSettingsParser parser;
+    std::istringstream stream(std::string(reinterpret_cast<const char*>(data), size));
+    parser.ParseToDOM(stream);
+
+    for (bool useBins : {false, true}) {
+        ZRMetadata::ZRVarList list;
+        parser.FillVarList(list, useBins);
+        parser.FillTransDict(list);
+    }
+    std::vector<std::string> names;
+    std::string weight;
+    parser.GetTargetVars(names);
+    parser.GetCatResponseVars(names);
+    parser.GetContResponseVars(names);
+    parser.GetPredictors(names);
+    parser.GetCatPredictors(names);
+    parser.GetContPredictors(names);
+    parser.GetFrequencyWeight(weight);
+
+    const xercesc::DOMElement* root = parser.GetRootElement();
+    if (root == nullptr) {
+        QueryAll(parser, "p", nullptr);
+        return 0;
+    }
+    names = NamesOf(*root);
+    std::vector<void*> scopes{nullptr};
+    for (std::size_t i = 0; i < scopes.size(); ++i) {
+        for (const std::string& name : names) {
+            QueryAll(parser, name.c_str(), scopes[i]);
+            void* group = parser.GetComplexParameter(name.c_str(), scopes[i]);
+            if (group != nullptr && scopes.size() < kMaxScopes)
+                scopes.push_back(group);
+        }
+    }
+    return 0;
+}
