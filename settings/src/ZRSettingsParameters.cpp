@@ -47,6 +47,21 @@ bool IsLeftOut(const std::string& item) { return item.empty(); }
 bool IsLeftOut(int) { return false; }
 bool IsLeftOut(double) { return false; }
 
+// One item of a list: 123 when it holds no value, 109 when the form refuses
+// it; an empty name is left out.
+template <class T>
+ZRStatus AppendItem(const XMLCh* text, std::vector<T>& out)
+{
+    if (text == nullptr)
+        return Fail(kNoValue);
+    T item{};
+    if (!ReadItem(text, item))
+        return Fail(kNotAccepted);
+    if (!IsLeftOut(item))
+        out.push_back(item);
+    return ZRStatus();
+}
+
 template <class T>
 ZRStatus ReadArray(const ZRStatus& opening, const xercesc::DOMElement* scope, const char* name,
                    std::vector<T>& out)
@@ -59,32 +74,15 @@ ZRStatus ReadArray(const ZRStatus& opening, const xercesc::DOMElement* scope, co
     out.clear();
 
     const xercesc::DOMElement* list = GetFirstChildElmt(*parameter, "ListValue");
-    if (list == nullptr) {
-        const XMLCh* text = GetAttribute(*parameter, "value");
-        if (text == nullptr)
-            return Fail(kNoValue);
-        T item{};
-        if (!ReadItem(text, item))
-            return Fail(kNotAccepted);
-        if (!IsLeftOut(item))
-            out.push_back(item);
-        return ZRStatus();
-    }
-
+    if (list == nullptr)
+        return AppendItem(GetAttribute(*parameter, "value"), out);
     const xercesc::DOMElement* value = GetFirstChildElmt(*list, "Value");
     if (value == nullptr)
         return Fail(kNoValue);
-    for (; value != nullptr; value = GetNextSiblingElmt(*value, "Value")) {
-        const XMLCh* text = GetAttribute(*value, "value");
-        if (text == nullptr)
-            return Fail(kNoValue);
-        T item{};
-        if (!ReadItem(text, item))
-            return Fail(kNotAccepted);
-        if (!IsLeftOut(item))
-            out.push_back(item);
-    }
-    return ZRStatus();
+    ZRStatus result;
+    for (; value != nullptr && result.IsOK(); value = GetNextSiblingElmt(*value, "Value"))
+        result = AppendItem(GetAttribute(*value, "value"), out);
+    return result;
 }
 
 template <class T>
