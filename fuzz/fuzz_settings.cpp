@@ -17,8 +17,21 @@ namespace {
 
 using ZRXPrsUtil::ZRSettingsParser;
 
-const std::size_t kMaxNames = 24;
-const std::size_t kMaxScopes = 8;
+const std::size_t kMaxNames = 16;
+const std::size_t kMaxScopes = 6;
+
+// Where the names to ask for are taken: the settings if the document has
+// them, else the whole document.
+const xercesc::DOMElement* NameSource(const xercesc::DOMElement& root)
+{
+    const xercesc::DOMElement* element = &root;
+    for (const char* tag : {"MiningBuildTask", "Extension", "Parameters"}) {
+        element = ZRXPrsUtil::GetFirstChildElmt(*element, tag);
+        if (element == nullptr)
+            return &root;
+    }
+    return element;
+}
 
 // The "name" attributes of the document's elements, in document order,
 // without recursion so that deep documents cost no stack.
@@ -99,7 +112,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         QueryAll(parser, "p", nullptr);
         return 0;
     }
-    names = NamesOf(*root);
+    names = NamesOf(*NameSource(*root));
     std::vector<void*> scopes{nullptr};
     for (std::size_t i = 0; i < scopes.size(); ++i) {
         for (const std::string& name : names) {
