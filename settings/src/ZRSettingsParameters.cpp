@@ -127,6 +127,50 @@ ZRStatus FindValue(const ZRStatus& opening, const xercesc::DOMElement* scope, co
     return ZRStatus();
 }
 
+// The `value` of a Parameter in the form asked for; 109 and `out` untouched
+// when the form refuses it.
+ZRStatus ReadValue(const XMLCh* text, std::string& out)
+{
+    out = ToUTF8(text);
+    return ZRStatus();
+}
+
+ZRStatus ReadValue(const XMLCh* text, int& out)
+{
+    // A negative integer is refused but still handed back, so that the
+    // caller can see what the document said.
+    int number = 0;
+    if (!ParseInteger(text, number))
+        return Fail(kNotAccepted);
+    out = number;
+    return number < 0 ? Fail(kNotAccepted) : ZRStatus();
+}
+
+ZRStatus ReadValue(const XMLCh* text, double& out)
+{
+    return ParseDouble(text, out) ? ZRStatus() : Fail(kNotAccepted);
+}
+
+ZRStatus ReadValue(const XMLCh* text, bool& out)
+{
+    if (XStrEqualsUTF8Str(text, "true"))
+        out = true;
+    else if (XStrEqualsUTF8Str(text, "false"))
+        out = false;
+    else
+        return Fail(kNotAccepted);
+    return ZRStatus();
+}
+
+template <class T>
+ZRStatus ReadParameter(const ZRStatus& opening, const xercesc::DOMElement* scope,
+                       const char* name, T& out)
+{
+    const XMLCh* text = nullptr;
+    const ZRStatus result = FindValue(opening, scope, name, text);
+    return result.IsOK() ? ReadValue(text, out) : result;
+}
+
 struct TypeWord {
     const char* word;
     ZRSettingsParser::ParamType type;
@@ -146,57 +190,29 @@ const TypeWord kTypeWords[] = {
 ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, std::string& out,
                                                   void* context) const
 {
-    const XMLCh* text = nullptr;
-    const ZRStatus result = FindValue(Opening(status, document, parametersElement),
-                                      Scope(context, parametersElement), name, text);
-    if (result.IsOK())
-        out = ToUTF8(text);
-    return result;
+    return ReadParameter(Opening(status, document, parametersElement),
+                         Scope(context, parametersElement), name, out);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, int& out,
                                                   void* context) const
 {
-    const XMLCh* text = nullptr;
-    const ZRStatus result = FindValue(Opening(status, document, parametersElement),
-                                      Scope(context, parametersElement), name, text);
-    if (!result.IsOK())
-        return result;
-    // A negative integer is refused but still handed back, so that the
-    // caller can see what the document said.
-    int number = 0;
-    if (!ParseInteger(text, number))
-        return Fail(kNotAccepted);
-    out = number;
-    return number < 0 ? Fail(kNotAccepted) : ZRStatus();
+    return ReadParameter(Opening(status, document, parametersElement),
+                         Scope(context, parametersElement), name, out);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, double& out,
                                                   void* context) const
 {
-    const XMLCh* text = nullptr;
-    const ZRStatus result = FindValue(Opening(status, document, parametersElement),
-                                      Scope(context, parametersElement), name, text);
-    if (!result.IsOK())
-        return result;
-    return ParseDouble(text, out) ? ZRStatus() : Fail(kNotAccepted);
+    return ReadParameter(Opening(status, document, parametersElement),
+                         Scope(context, parametersElement), name, out);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, bool& out,
                                                   void* context) const
 {
-    const XMLCh* text = nullptr;
-    const ZRStatus result = FindValue(Opening(status, document, parametersElement),
-                                      Scope(context, parametersElement), name, text);
-    if (!result.IsOK())
-        return result;
-    if (XStrEqualsUTF8Str(text, "true"))
-        out = true;
-    else if (XStrEqualsUTF8Str(text, "false"))
-        out = false;
-    else
-        return Fail(kNotAccepted);
-    return ZRStatus();
+    return ReadParameter(Opening(status, document, parametersElement),
+                         Scope(context, parametersElement), name, out);
 }
 
 ZRSettingsParser::ParamType ZRSettingsParser::GetParameterType(const char* name, void* context)
