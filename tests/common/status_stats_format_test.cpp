@@ -62,23 +62,6 @@ TEST(UniStats, ContinuousNeedsOneCutPointMoreThanFrequenciesAscending)
     EXPECT_TRUE(ZRUniStats("x", 3, summary, {0, 1}, {3}).IsValid());
 }
 
-TEST(UniStats, KeepsWhatItWasBuiltWith)
-{
-    ZRUniStats::SummStats summary;
-    summary.minimum = 1;
-    summary.maximum = 9;
-    summary.mean = 4;
-    summary.stdDev = 2;
-    ZRUniStats stats;
-    stats = ZRUniStats("age", 7, summary, {1, 5, 9}, {3, 4});
-    EXPECT_TRUE(stats.IsContinuous());
-    EXPECT_EQ("age", stats.GetFieldName());
-    EXPECT_EQ(7, stats.GetTotalFreq());
-    EXPECT_EQ(9, stats.GetSummStats().maximum);
-    EXPECT_EQ((std::vector<double>{1, 5, 9}), stats.GetCutPoints());
-    EXPECT_EQ((std::vector<double>{3, 4}), stats.GetFrequencies());
-}
-
 TEST(Format, ShortestTextThatReadsBackToTheSameDouble)
 {
     using ZRXML_NAMESPACE::Format;

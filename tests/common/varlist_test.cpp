@@ -133,12 +133,3 @@ TEST(VarList, OutOfRangeIndexGivesNullVariableAndASpareEncoder)
     list.AddContVar("x", "", IZRVariable::eRoleInput);
     EXPECT_TRUE(list.GetEncoderAt(0)->GetNumericMissing().empty());
 }
-
-TEST(VarList, StorageTypeIsKeptAfterTheAdd)
-{
-    ZRVarList list;
-    list.AddCatVar("n", "", std::vector<double>{1}, IZRVariable::eRoleInput);
-    EXPECT_EQ(0, list.GetVarAt(0)->GetValueFormat());
-    list.GetVarAt(0)->SetStorageType(1);
-    EXPECT_EQ(1, list.GetVarAt(0)->GetValueFormat());
-}
