@@ -7,6 +7,7 @@
 #include <xercesc/util/XMLString.hpp>
 
 #include <cstdlib>
+#include <fstream>
 #include <set>
 
 using namespace combinertest;

@@ -1,4 +1,4 @@
-// Shared by the combiner tests: temporary files, split-variable lists and a
+// Shared by the combiner tests: a temporary folder, split-variable lists and a
 // reader of the combined document.
 #ifndef ZRX_TESTS_COMBINER_SUPPORT_H
 #define ZRX_TESTS_COMBINER_SUPPORT_H
@@ -13,11 +13,13 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
 namespace combinertest {
+
+using Texts = std::vector<std::string>;
+using Element = const xercesc::DOMElement*;
 
 inline std::string DataFile(const std::string& name)
 {
@@ -35,11 +37,6 @@ public:
     }
     ~TempDir() { std::filesystem::remove_all(dir); }
     std::string Path(const std::string& name) const { return dir + "/" + name; }
-    std::string Write(const std::string& name, const std::string& text) const
-    {
-        std::ofstream(Path(name), std::ios::binary) << text;
-        return Path(name);
-    }
 
 private:
     std::string dir;
@@ -49,7 +46,7 @@ private:
 // "year" (integer values 2021, 2022).
 inline void AddSplitVars(ZRMTD_NAMESPACE::ZRVarList& list, bool two)
 {
-    list.AddCatVar("region", "Sales region", std::vector<std::string>{"north", "south"},
+    list.AddCatVar("region", "Sales region", Texts{"north", "south"},
                    ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
     if (two) {
         const int year = list.AddCatVar("year", "", std::vector<double>{2021, 2022},
@@ -58,33 +55,38 @@ inline void AddSplitVars(ZRMTD_NAMESPACE::ZRVarList& list, bool two)
     }
 }
 
-inline const xercesc::DOMElement* Child(const xercesc::DOMElement* parent, const char* tag)
+inline Element Child(Element parent, const char* tag)
 {
     return parent != nullptr ? ZRXPrsUtil::GetFirstChildElmt(*parent, tag) : nullptr;
 }
 
-inline std::string Att(const xercesc::DOMElement* element, const char* name)
+// The direct children with tag `tag` (every child if null).
+inline std::vector<Element> Children(Element parent, const char* tag)
+{
+    std::vector<Element> out;
+    for (Element c = Child(parent, tag); c != nullptr; c = ZRXPrsUtil::GetNextSiblingElmt(*c, tag))
+        out.push_back(c);
+    return out;
+}
+
+inline std::string Att(Element element, const char* name)
 {
     const XMLCh* value = element != nullptr ? ZRXPrsUtil::GetAttribute(*element, name) : nullptr;
     return value != nullptr ? ZRXPrsUtil::ToUTF8(value) : "<absent>";
 }
 
-// The `attribute` of each direct child with tag `tag` (every child if null).
-inline std::vector<std::string> ChildAtts(const xercesc::DOMElement* parent, const char* tag,
-                                          const char* attribute)
+inline Texts ChildAtts(Element parent, const char* tag, const char* attribute)
 {
-    std::vector<std::string> out;
-    for (const xercesc::DOMElement* c = Child(parent, tag); c != nullptr;
-         c = ZRXPrsUtil::GetNextSiblingElmt(*c, tag))
+    Texts out;
+    for (Element c : Children(parent, tag))
         out.push_back(Att(c, attribute));
     return out;
 }
 
-inline std::vector<std::string> ChildTags(const xercesc::DOMElement* parent)
+inline Texts ChildTags(Element parent)
 {
-    std::vector<std::string> out;
-    for (const xercesc::DOMElement* c = Child(parent, nullptr); c != nullptr;
-         c = ZRXPrsUtil::GetNextSiblingElmt(*c, nullptr))
+    Texts out;
+    for (Element c : Children(parent, nullptr))
         out.push_back(ZRXPrsUtil::ToUTF8(c->getTagName()));
     return out;
 }
@@ -94,36 +96,29 @@ class Combined {
 public:
     explicit Combined(const std::string& path) { ok = reader.ParseToDOM(path).IsOK(); }
     bool ok = false;
-    const xercesc::DOMElement* Root() const
+    Element Root() const
     {
         return ok ? ZRXPrsUtil::GetFirstChildElmt(*reader.GetDocument(), "PMML") : nullptr;
     }
-    const xercesc::DOMElement* Dictionary() const { return Child(Root(), "DataDictionary"); }
-    const xercesc::DOMElement* MiningModel() const { return Child(Root(), "MiningModel"); }
-    const xercesc::DOMElement* Schema() const { return Child(MiningModel(), "MiningSchema"); }
-    const xercesc::DOMElement* Segmentation() const { return Child(MiningModel(), "Segmentation"); }
-    std::vector<const xercesc::DOMElement*> Segments() const
+    Element Dictionary() const { return Child(Root(), "DataDictionary"); }
+    Element MiningModel() const { return Child(Root(), "MiningModel"); }
+    Element Schema() const { return Child(MiningModel(), "MiningSchema"); }
+    std::vector<Element> Segments() const
     {
-        std::vector<const xercesc::DOMElement*> out;
-        for (const xercesc::DOMElement* s = Child(Segmentation(), "Segment"); s != nullptr;
-             s = ZRXPrsUtil::GetNextSiblingElmt(*s, "Segment"))
-            out.push_back(s);
-        return out;
+        return Children(Child(MiningModel(), "Segmentation"), "Segment");
     }
+    Texts FieldNames() const { return ChildAtts(Dictionary(), "DataField", "name"); }
+    Texts SchemaNames() const { return ChildAtts(Schema(), "MiningField", "name"); }
     // The merged field `name`, null if there is none.
-    const xercesc::DOMElement* Field(const std::string& name) const
+    Element Field(const std::string& name) const
     {
-        for (const xercesc::DOMElement* f = Child(Dictionary(), "DataField"); f != nullptr;
-             f = ZRXPrsUtil::GetNextSiblingElmt(*f, "DataField"))
+        for (Element f : Children(Dictionary(), "DataField"))
             if (Att(f, "name") == name)
                 return f;
         return nullptr;
     }
     // The Value texts of the merged field `name`.
-    std::vector<std::string> Values(const std::string& name) const
-    {
-        return ChildAtts(Field(name), "Value", "value");
-    }
+    Texts Values(const std::string& name) const { return ChildAtts(Field(name), "Value", "value"); }
 
 private:
     ZRXPrsUtil::ZRXMLReadWrite reader;

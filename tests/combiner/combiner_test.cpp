@@ -2,277 +2,240 @@
 
 #include "combiner_support.h"
 
+#include <memory>
 #include <sstream>
 #include <tuple>
+#include <utility>
 
 using namespace combinertest;
 using ZRXPrsUtil::ZRXSplitPMMLCombiner;
 using ZRMTD_NAMESPACE::ZRVarList;
-using Values = std::vector<std::string>;
 
 namespace {
 
-// A minimal split model; `body` goes inside PMML after the DataDictionary.
-std::string Model(const std::string& fields, const std::string& body)
+// A predicate in short: "field operator value", "and(...)" or its tag.
+std::string Predicate(Element predicate)
 {
-    return "<PMML version='4.4'><DataDictionary>" + fields + "</DataDictionary>" + body +
-           "</PMML>";
+    const std::string tag = ZRXPrsUtil::ToUTF8(predicate->getTagName());
+    if (tag == "SimplePredicate")
+        return Att(predicate, "field") + " " + Att(predicate, "operator") + " " +
+               Att(predicate, "value");
+    if (tag != "CompoundPredicate")
+        return tag;
+    std::string out = Att(predicate, "booleanOperator") + "(";
+    for (Element c : Children(predicate, nullptr))
+        out += (out.back() == '(' ? "" : ", ") + Predicate(c);
+    return out + ")";
 }
 
-std::string Tree(const std::string& function, const std::string& schema)
-{
-    return "<TreeModel functionName='" + function + "'><MiningSchema>" + schema +
-           "</MiningSchema><Node><True/></Node></TreeModel>";
-}
+class CombinerTest : public ::testing::Test {
+protected:
+    ZRVarList list;
+    TempDir dir;
 
-const char* const kField = "<DataField name='x' optype='continuous' dataType='double'/>";
-const char* const kSchema = "<MiningField name='x'/>";
+    // Adds each model file with its split values, exports, reads the output.
+    std::unique_ptr<Combined> Combine(const std::vector<std::pair<std::string, Texts>>& models)
+    {
+        ZRXSplitPMMLCombiner combiner(list);
+        for (const auto& [file, values] : models)
+            EXPECT_TRUE(combiner.AddModel(DataFile(file), values).IsOK()) << file;
+        EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
+        return std::make_unique<Combined>(dir.Path("out.pmml"));
+    }
+    // The predicate of each Segment of `out`, in short.
+    static Texts PredicatesOf(const Combined& out)
+    {
+        Texts texts;
+        for (Element segment : out.Segments())
+            texts.push_back(Predicate(Child(segment, nullptr)));
+        return texts;
+    }
+};
+
+// tree_a, tree_b and tree_c over one split variable.
+class ThreeTrees : public CombinerTest {
+protected:
+    void SetUp() override
+    {
+        AddSplitVars(list, false);
+        out = Combine({{"tree_a.pmml", {"north"}}, {"tree_b.pmml", {"south"}},
+                       {"tree_c.pmml", {"south"}}});
+        ASSERT_TRUE(out->ok);
+    }
+    std::unique_ptr<Combined> out;
+};
+
+using CombinerIntake = CombinerTest;
+using CombinerDictionary = CombinerTest;
+using CombinerPredicates = CombinerTest;
+using CombinerDictionaryOfThreeTrees = ThreeTrees;
+using CombinerSchemaOfThreeTrees = ThreeTrees;
+using CombinerSegmentsOfThreeTrees = ThreeTrees;
 
 } // namespace
 
-TEST(CombinerMerge, TwoModelsGiveTheUnionInFirstSeenOrder)
+TEST_F(CombinerDictionaryOfThreeTrees, UnionInFirstSeenOrderWithNewValuesOnly)
 {
-    ZRVarList list;
-    AddSplitVars(list, false);
-    TempDir dir;
-    ZRXSplitPMMLCombiner combiner(list);
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"south"}).IsOK());
-    EXPECT_EQ(combiner.GetNModels(), 2);
-    std::ostringstream shown;
-    combiner.Display(shown);
-    EXPECT_TRUE(shown.str().empty());
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
-
-    Combined out(dir.Path("out.pmml"));
-    ASSERT_TRUE(out.ok);
     // Root attributes and Header come from the first model only; no
     // TransformationDictionary is left at the top.
-    EXPECT_EQ(Att(out.Root(), "xmlns"), "http://www.dmg.org/PMML-4_4");
-    EXPECT_EQ(Att(Child(out.Root(), "Header"), "copyright"), "first");
-    EXPECT_EQ(ChildTags(out.Root()), (Values{"Header", "DataDictionary", "MiningModel"}));
-
-    // Data dictionary: first model's fields, split variable, then new ones.
-    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"),
-              (Values{"x", "color", "y", "region", "z"}));
-    EXPECT_EQ(Att(out.Dictionary(), "numberOfFields"), "5");
-    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "optype"),
-              (Values{"continuous", "categorical", "categorical", "categorical", "continuous"}));
-    // A value new to the output and listed twice comes twice; a known one
-    // never; a later field named like a split variable adds its values.
-    EXPECT_EQ(out.Values("color"), (Values{"red", "green", "blue", "blue"}));
-    EXPECT_EQ(out.Values("y"), (Values{"yes", "no", "maybe"}));
-    EXPECT_EQ(out.Values("region"), (Values{"north", "south", "west"}));
-    const xercesc::DOMElement* region = out.Field("region");
-    EXPECT_EQ(Att(region, "displayName"), "Sales region");
-    EXPECT_EQ(Att(region, "dataType"), "string");
-
-    // Mining schema: same order rule, later attributes kept, split variable
-    // active.
-    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"),
-              (Values{"x", "color", "y", "region", "z"}));
-    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "usageType"),
-              (Values{"<absent>", "<absent>", "target", "active", "supplementary"}));
-    EXPECT_EQ(Att(out.MiningModel(), "functionName"), "classification");
-    EXPECT_EQ(Att(out.Segmentation(), "multipleModelMethod"), "selectFirst");
-
-    // Segments: predicate, model copy, derived fields moved in last.
-    const auto segments = out.Segments();
-    ASSERT_EQ(segments.size(), 2u);
-    EXPECT_EQ(Att(segments[0], "id"), "<absent>");
-    EXPECT_EQ(ChildTags(segments[0]), (Values{"SimplePredicate", "TreeModel"}));
-    const xercesc::DOMElement* predicate = Child(segments[0], "SimplePredicate");
-    EXPECT_EQ(Att(predicate, "field") + Att(predicate, "operator") + Att(predicate, "value"),
-              "regionequalnorth");
-    EXPECT_EQ(ChildTags(Child(segments[0], "TreeModel")),
-              (Values{"MiningSchema", "Node", "LocalTransformations"}));
-    EXPECT_EQ(ChildAtts(Child(Child(segments[0], "TreeModel"), "LocalTransformations"),
-                        "DerivedField", "name"),
-              (Values{"x2"}));
-    EXPECT_EQ(Att(Child(segments[1], "SimplePredicate"), "value"), "south");
-    EXPECT_EQ(Att(Child(segments[1], "TreeModel"), "modelName"), "b");
-    EXPECT_EQ(ChildTags(Child(segments[1], "TreeModel")), (Values{"MiningSchema", "Node"}));
+    EXPECT_EQ(Att(out->Root(), "xmlns"), "http://www.dmg.org/PMML-4_4");
+    EXPECT_EQ(Att(Child(out->Root(), "Header"), "copyright"), "first");
+    EXPECT_EQ(ChildTags(out->Root()), (Texts{"Header", "DataDictionary", "MiningModel"}));
+    // First model's fields, split variable, then new names; a known name keeps
+    // its first definition whatever the order; unnamed fields are not taken.
+    EXPECT_EQ(out->FieldNames(), (Texts{"x", "color", "y", "region", "z"}));
+    EXPECT_EQ(Att(out->Dictionary(), "numberOfFields"), "5");
+    EXPECT_EQ(ChildAtts(out->Dictionary(), "DataField", "optype"),
+              (Texts{"continuous", "categorical", "categorical", "categorical", "continuous"}));
+    // A new value listed twice comes twice, a known one never; values below an
+    // Extension count; a later field named like a split variable adds values.
+    EXPECT_EQ(out->Values("color"), (Texts{"red", "green", "blue", "blue"}));
+    EXPECT_EQ(out->Values("y"), (Texts{"yes", "no", "maybe", "never"}));
+    EXPECT_EQ(out->Values("region"), (Texts{"north", "south", "west"}));
+    EXPECT_EQ(Att(out->Field("region"), "displayName") + "/" + Att(out->Field("region"), "dataType"),
+              "Sales region/string");
 }
 
-TEST(CombinerMerge, SameOrReorderedFieldsAddNothing)
+TEST_F(CombinerSchemaOfThreeTrees, UnionInFirstSeenOrderWithTheSplitVariableActive)
 {
-    ZRVarList list;
-    AddSplitVars(list, false);
-    TempDir dir;
-    const std::string fields = std::string(kField) +
-                               "<DataField name='c' optype='categorical' dataType='string'>"
-                               "<Value value='p'/></DataField>";
-    const std::string reordered = "<DataField name='c' optype='ordinal' dataType='string'>"
-                                  "<Extension><Value value='q'/></Extension></DataField>" +
-                                  std::string(kField);
-    const std::string schema = std::string(kSchema) + "<MiningField name='c'/>";
-    ZRXSplitPMMLCombiner combiner(list);
-    combiner.AddModel(dir.Write("1.xml", Model(fields, Tree("regression", schema))), {"north"});
-    combiner.AddModel(dir.Write("2.xml", Model(fields, Tree("regression", schema))), {"south"});
-    combiner.AddModel(
-        dir.Write("3.xml", Model(reordered, Tree("regression", "<MiningField name='c'/>" +
-                                                                   std::string(kSchema)))),
-        {"south"});
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-    Combined out(dir.Path("out.xml"));
-    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"), (Values{"x", "c", "region"}));
-    // Values at any depth below a field count.
-    EXPECT_EQ(out.Values("c"), (Values{"p", "q"}));
-    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"), (Values{"x", "c", "region"}));
-    // Same values twice give two segments with the same predicate.
-    const auto segments = out.Segments();
+    EXPECT_EQ(out->SchemaNames(), (Texts{"x", "color", "y", "region", "z"}));
+    EXPECT_EQ(ChildAtts(out->Schema(), "MiningField", "usageType"),
+              (Texts{"<absent>", "<absent>", "target", "active", "supplementary"}));
+}
+
+TEST_F(CombinerSegmentsOfThreeTrees, OneSegmentPerModelWithPredicateAndDerivedFieldsLast)
+{
+    EXPECT_EQ(Att(out->MiningModel(), "functionName"), "classification");
+    EXPECT_EQ(Att(Child(out->MiningModel(), "Segmentation"), "multipleModelMethod"),
+              "selectFirst");
+    // Same split values twice give two segments with the same predicate.
+    EXPECT_EQ(PredicatesOf(*out),
+              (Texts{"region equal north", "region equal south", "region equal south"}));
+    const auto segments = out->Segments();
     ASSERT_EQ(segments.size(), 3u);
-    EXPECT_EQ(Att(Child(segments[2], "SimplePredicate"), "value"), "south");
+    Texts names;
+    for (Element segment : segments) {
+        EXPECT_EQ(Att(segment, "id"), "<absent>");
+        EXPECT_EQ(ChildTags(segment), (Texts{"SimplePredicate", "TreeModel"}));
+        names.push_back(Att(Child(segment, "TreeModel"), "modelName"));
+    }
+    EXPECT_EQ(names, (Texts{"a", "b", "c"}));
+    Element first = Child(segments[0], "TreeModel");
+    EXPECT_EQ(ChildTags(first), (Texts{"MiningSchema", "Node", "LocalTransformations"}));
+    EXPECT_EQ(ChildAtts(Child(first, "LocalTransformations"), "DerivedField", "name"),
+              (Texts{"x2"}));
+    EXPECT_EQ(ChildTags(Child(segments[1], "TreeModel")), (Texts{"MiningSchema", "Node"}));
 }
 
-TEST(CombinerMerge, UnnamedFieldsAndValuesAreLeftOutOfTheMerge)
+TEST_F(CombinerDictionary, UnnamedElementsOfTheFirstModelStandUncounted)
 {
-    ZRVarList list;
     AddSplitVars(list, false);
-    TempDir dir;
-    const std::string first = std::string("<DataField optype='continuous' dataType='double'/>") +
-                              "<DataField name='c' optype='categorical' dataType='string'>"
-                              "<Value/><Value value='p'/></DataField>";
-    const std::string later = "<DataField optype='continuous' dataType='double'/>"
-                              "<DataField name='c' optype='categorical' dataType='string'>"
-                              "<Value/><Value value='p'/><Value value='r'/></DataField>";
-    ZRXSplitPMMLCombiner combiner(list);
-    EXPECT_TRUE(
-        combiner.AddModel(dir.Write("1.xml", Model(first, Tree("regression", "<MiningField/>"))),
-                          {"north"})
-            .IsOK());
-    EXPECT_TRUE(combiner
-                    .AddModel(dir.Write("2.xml", Model(later, Tree("regression",
-                                                                   "<MiningField/>" +
-                                                                       std::string(kSchema)))),
-                              {"south"})
-                    .IsOK());
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-    Combined out(dir.Path("out.xml"));
-    // The first model's unnamed field stands as it came, uncounted; the
-    // later one is not taken.
-    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"),
-              (Values{"<absent>", "c", "region"}));
-    EXPECT_EQ(Att(out.Dictionary(), "numberOfFields"), "2");
-    EXPECT_EQ(out.Values("c"), (Values{"<absent>", "p", "r"}));
-    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"),
-              (Values{"<absent>", "region", "x"}));
+    const auto out = Combine({{"unnamed_first.pmml", {"north"}}, {"tree_c.pmml", {"south"}}});
+    EXPECT_EQ(out->FieldNames(), (Texts{"<absent>", "y", "region", "x"}));
+    EXPECT_EQ(Att(out->Dictionary(), "numberOfFields"), "3");
+    EXPECT_EQ(out->Values("y"), (Texts{"<absent>", "yes", "maybe", "never"}));
+    EXPECT_EQ(out->SchemaNames(), (Texts{"<absent>", "y", "region", "x"}));
 }
 
-TEST(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
+TEST_F(CombinerDictionary, NamelessSplitVariableGetsNoFieldAndNoCondition)
 {
-    ZRVarList list;
-    AddSplitVars(list, true);
-    TempDir dir;
-    ZRXSplitPMMLCombiner combiner(list);
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north", "2021"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"", "2022"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"", ""}).IsOK());
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-    Combined out(dir.Path("out.xml"));
+    list.AddCatVar("", "nameless", Texts{"a", "b"}, ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    list.AddContVar("score", "Score", ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    const auto out = Combine({{"tree_a.pmml", {"a", "1.5"}}});
+    EXPECT_EQ(out->FieldNames(), (Texts{"x", "color", "y", "score"}));
+    EXPECT_EQ(out->SchemaNames(), (Texts{"x", "color", "y", "score"}));
+    // A variable without values gives a field without Value children.
+    EXPECT_EQ(Att(out->Field("score"), "optype") + "/" + Att(out->Field("score"), "dataType"),
+              "continuous/double");
+    EXPECT_TRUE(out->Values("score").empty());
+    EXPECT_EQ(PredicatesOf(*out), (Texts{"and(score equal 1.5)"}));
+}
 
-    const xercesc::DOMElement* year = out.Field("year");
+TEST_F(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
+{
+    AddSplitVars(list, true);
+    const auto out = Combine({{"tree_a.pmml", {"north", "2021"}},
+                              {"tree_b.pmml", {"", "2022"}},
+                              {"tree_b.pmml", {"", ""}}});
+    Element year = out->Field("year");
     EXPECT_EQ(Att(year, "optype") + "/" + Att(year, "dataType") + "/" + Att(year, "displayName"),
               "categorical/integer/");
-    EXPECT_EQ(out.Values("year"), (Values{"2021", "2022"}));
-    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"),
-              (Values{"x", "color", "y", "region", "year", "z"}));
-
-    const auto segments = out.Segments();
-    ASSERT_EQ(segments.size(), 3u);
-    const xercesc::DOMElement* both = Child(segments[0], "CompoundPredicate");
-    EXPECT_EQ(Att(both, "booleanOperator"), "and");
-    EXPECT_EQ(ChildAtts(both, "SimplePredicate", "field"), (Values{"region", "year"}));
-    EXPECT_EQ(ChildAtts(both, "SimplePredicate", "value"), (Values{"north", "2021"}));
+    EXPECT_EQ(out->Values("year"), (Texts{"2021", "2022"}));
+    EXPECT_EQ(out->SchemaNames(), (Texts{"x", "color", "y", "region", "year", "z"}));
     // An empty value drops only its own condition; with none left the
     // segment can never be chosen.
-    EXPECT_EQ(ChildAtts(Child(segments[1], "CompoundPredicate"), "SimplePredicate", "field"),
-              (Values{"year"}));
-    EXPECT_EQ(ChildTags(segments[2]), (Values{"False", "TreeModel"}));
+    EXPECT_EQ(PredicatesOf(*out), (Texts{"and(region equal north, year equal 2021)",
+                                       "and(year equal 2022)", "False"}));
 }
 
-TEST(CombinerPredicates, UnbuildablePredicateBecomesFalseAndNamesAreReadLive)
+TEST_F(CombinerPredicates, UnbuildableOneVariablePredicateIsFalseAndNamesAreReadLive)
 {
-    ZRVarList list;
     AddSplitVars(list, false);
-    TempDir dir;
     ZRXSplitPMMLCombiner combiner(list);
     EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
+    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {""}).IsOK());
     list.GetVarAt(0)->SetName("area");
     EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"south"}).IsOK());
     list.GetVarAt(0)->SetName("");
     EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"west"}).IsOK());
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-    Combined out(dir.Path("out.xml"));
-    const auto segments = out.Segments();
-    ASSERT_EQ(segments.size(), 3u);
-    EXPECT_EQ(Att(Child(segments[1], "SimplePredicate"), "field"), "area");
-    EXPECT_EQ(ChildTags(segments[2]), (Values{"False", "TreeModel"}));
+    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
+    Combined out(dir.Path("out.pmml"));
+    EXPECT_EQ(PredicatesOf(out), (Texts{"region equal north", "False", "area equal south", "False"}));
     // The dictionary keeps the name read at construction.
-    EXPECT_EQ(out.Values("region"), (Values{"north", "south"}));
+    EXPECT_EQ(out.Values("region"), (Texts{"north", "south"}));
 }
 
-TEST(CombinerIntake, BadModelsAtFirstAndLaterPositions)
+TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)
 {
-    ZRVarList list;
     AddSplitVars(list, false);
-    TempDir dir;
-    const std::string good = dir.Write("good.xml", Model(kField, Tree("regression", kSchema)));
-    // Path, status at the first position, status at a later one. A later
+    const std::string good = DataFile("regression.pmml");
+    // File, status at the first position, status at a later one. A later
     // document without PMML root or without model passes and adds no Segment.
     const std::vector<std::tuple<std::string, long, long>> bad = {
-        {dir.Path("missing.xml"), 104, 104},
-        {dir.Write("text.xml", "this is not XML"), 104, 104},
-        {dir.Write("cut.xml", "<PMML><DataDictionary>"), 104, 104},
-        {dir.Write("mining.xml", Model(kField, Tree("regression", kSchema) +
-                                                   "<MiningModel functionName='regression'/>")),
-         125, 125},
-        {dir.Write("nofunction.xml", Model(kField, "<TreeModel><MiningSchema/></TreeModel>")), 108,
-         108},
-        {dir.Write("emptyfunction.xml", Model(kField, Tree("", kSchema))), 109, 124},
-        {dir.Write("otherfunction.xml", Model(kField, Tree("classification", kSchema))), 0, 124},
-        {dir.Write("root.xml", "<DataModel><Fields/></DataModel>"), 105, 0},
-        {dir.Write("nomodel.xml", Model(kField, "<Scorecard functionName='regression'/>")), 113, 0},
+        {"bad/missing.pmml", 104, 104},    {"bad/not_xml.txt", 104, 104},
+        {"bad/cut.pmml", 104, 104},        {"bad/mining_model.pmml", 125, 125},
+        {"bad/no_function.pmml", 108, 108}, {"bad/empty_function.pmml", 109, 124},
+        {"tree_a.pmml", 0, 124},           {"bad/wrong_root.xml", 105, 0},
+        {"bad/no_model.pmml", 113, 0},
     };
-    for (const auto& [path, first, later] : bad) {
-        SCOPED_TRACE(path);
+    for (const auto& [file, first, later] : bad) {
+        SCOPED_TRACE(file);
         ZRXSplitPMMLCombiner combiner(list);
         if (first != 0) {
             // A refused first model leaves nothing: no file, and the next
             // good one becomes the first.
-            EXPECT_EQ(combiner.AddModel(path, {"north"}).GetCode(), first);
+            EXPECT_EQ(combiner.AddModel(DataFile(file), {"north"}).GetCode(), first);
             EXPECT_EQ(combiner.GetStatus().GetCode(), first);
-            EXPECT_EQ(combiner.ExportMiningModel(dir.Path("none.xml")).GetCode(), first);
-            EXPECT_FALSE(std::filesystem::exists(dir.Path("none.xml")));
+            EXPECT_EQ(combiner.ExportMiningModel(dir.Path("none.pmml")).GetCode(), first);
+            EXPECT_FALSE(std::filesystem::exists(dir.Path("none.pmml")));
         }
         EXPECT_TRUE(combiner.AddModel(good, {"north"}).IsOK());
-        EXPECT_EQ(combiner.AddModel(path, {"south"}).GetCode(), later);
+        EXPECT_EQ(combiner.AddModel(DataFile(file), {"south"}).GetCode(), later);
         EXPECT_TRUE(combiner.AddModel(good, {"south"}).IsOK());
         EXPECT_EQ(combiner.GetNModels(), 2);
-        ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-        Combined out(dir.Path("out.xml"));
-        const auto segments = out.Segments();
-        ASSERT_EQ(segments.size(), 2u);
-        EXPECT_EQ(Att(Child(segments[1], "SimplePredicate"), "value"), "south");
+        ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
+        Combined out(dir.Path("out.pmml"));
+        EXPECT_EQ(PredicatesOf(out), (Texts{"region equal north", "region equal south"}));
         EXPECT_EQ(Att(out.MiningModel(), "functionName"), "regression");
     }
 }
 
-TEST(CombinerIntake, ValueCountAndEmptyArguments)
+TEST_F(CombinerIntake, ValueCountAndEmptyArguments)
 {
-    ZRVarList list;
     AddSplitVars(list, false);
-    TempDir dir;
-    const std::string good = dir.Write("good.xml", Model(kField, Tree("regression", kSchema)));
+    const std::string good = DataFile("regression.pmml");
     ZRXSplitPMMLCombiner combiner(list);
     // Wrong count: refused before the file is opened. Empty path or values:
     // the previous status, nothing else.
-    EXPECT_EQ(combiner.AddModel(dir.Path("missing.xml"), {"a", "b"}).GetCode(), 126);
+    EXPECT_EQ(combiner.AddModel(dir.Path("missing.pmml"), {"a", "b"}).GetCode(), 126);
     EXPECT_EQ(combiner.AddModel("", {"north"}).GetCode(), 126);
     EXPECT_EQ(combiner.AddModel(good, {}).GetCode(), 126);
     EXPECT_TRUE(combiner.AddModel(good, {"north"}).IsOK());
     EXPECT_EQ(combiner.AddModel(good, {"north", "x"}).GetCode(), 126);
     EXPECT_EQ(combiner.GetNModels(), 1);
+    std::ostringstream shown;
+    combiner.Display(shown);
+    EXPECT_TRUE(shown.str().empty());
 
     ZRVarList none;
     ZRXSplitPMMLCombiner empty(none);
@@ -281,95 +244,53 @@ TEST(CombinerIntake, ValueCountAndEmptyArguments)
     EXPECT_EQ(empty.GetNModels(), 0);
 }
 
-TEST(CombinerIntake, ModellessLaterDocumentStillMergesItsDictionary)
+TEST_F(CombinerIntake, ModellessLaterDocumentStillMergesItsDictionary)
 {
-    ZRVarList list;
     AddSplitVars(list, false);
-    TempDir dir;
-    // Of two models in a document the standard list decides, not the order.
-    const std::string both = dir.Write(
-        "both.xml", Model(kField, Tree("regression", kSchema) +
-                                      "<RegressionModel functionName='regression'>"
-                                      "<MiningSchema/><RegressionTable intercept='1'/>"
-                                      "</RegressionModel>"));
-    const std::string noModel = dir.Write(
-        "nomodel.xml", Model("<DataField name='w' optype='continuous' dataType='double'/>", ""));
-    ZRXSplitPMMLCombiner combiner(list);
-    EXPECT_TRUE(combiner.AddModel(both, {"north"}).IsOK());
-    EXPECT_TRUE(combiner.AddModel(noModel, {"south"}).IsOK());
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-    Combined out(dir.Path("out.xml"));
-    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"), (Values{"x", "region", "w"}));
-    ASSERT_EQ(out.Segments().size(), 1u);
-    EXPECT_EQ(ChildTags(out.Segments()[0]), (Values{"SimplePredicate", "RegressionModel"}));
-    // The first model had an empty schema: the split variable still stands.
-    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"), (Values{"region"}));
+    const auto out = Combine({{"two_models.pmml", {"north"}}, {"bad/no_model.pmml", {"south"}}});
+    EXPECT_EQ(out->FieldNames(), (Texts{"x", "region", "w"}));
+    ASSERT_EQ(out->Segments().size(), 1u);
+    EXPECT_EQ(ChildTags(out->Segments()[0]), (Texts{"SimplePredicate", "RegressionModel"}));
+    // The taken model had an empty schema: the split variable still stands.
+    EXPECT_EQ(out->SchemaNames(), (Texts{"region"}));
 }
 
-TEST(CombinerLifecycle, ExportReleasesAndAddModelAfterwardsStartsAnew)
+TEST_F(CombinerIntake, ExportReleasesAndAddModelAfterwardsStartsAnew)
 {
-    ZRVarList list;
     AddSplitVars(list, false);
-    TempDir dir;
     {
         // Destroyed before the export: the document and the combiner's hold
         // on the XML library go with it (the sanitizer build sees leaks).
         ZRXSplitPMMLCombiner dropped(list);
         EXPECT_TRUE(dropped.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
     }
-    const std::string noDict = dir.Write(
-        "nodict.xml", "<PMML version='4.4'>" + Tree("classification", kSchema) + "</PMML>");
     ZRXSplitPMMLCombiner combiner(list);
     // Nothing to export yet: the last status, no file.
-    EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("none.xml")).IsOK());
-    EXPECT_FALSE(std::filesystem::exists(dir.Path("none.xml")));
+    EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("none.pmml")).IsOK());
+    EXPECT_FALSE(std::filesystem::exists(dir.Path("none.pmml")));
 
     // No reader of the caller's keeps the XML library up between the calls.
     EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
     EXPECT_TRUE(combiner.AddModel(DataFile("tree_b.pmml"), {"south"}).IsOK());
-    EXPECT_EQ(combiner.ExportMiningModel(dir.Path("no/such/dir/out.xml")).GetCode(), 118);
+    EXPECT_EQ(combiner.ExportMiningModel(dir.Path("no/such/dir/out.pmml")).GetCode(), 118);
     // The failed write released the document: a second export writes nothing.
-    EXPECT_EQ(combiner.ExportMiningModel(dir.Path("again.xml")).GetCode(), 118);
-    EXPECT_FALSE(std::filesystem::exists(dir.Path("again.xml")));
+    EXPECT_EQ(combiner.ExportMiningModel(dir.Path("again.pmml")).GetCode(), 118);
+    EXPECT_FALSE(std::filesystem::exists(dir.Path("again.pmml")));
     EXPECT_EQ(combiner.GetNModels(), 2);
 
     // A new output document, built from scratch around the next model; a
     // document without DataDictionary gets one for the split variable.
-    for (const std::string& path : {std::string(), dir.Path("out.xml")}) {
-        EXPECT_TRUE(combiner.AddModel(noDict, {"south"}).IsOK());
+    for (const std::string& path : {std::string(), dir.Path("out.pmml")}) {
+        EXPECT_TRUE(combiner.AddModel(DataFile("no_dictionary.pmml"), {"south"}).IsOK());
         EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"north"}).IsOK());
         EXPECT_EQ(combiner.GetNModels(), 2);
         EXPECT_TRUE(combiner.ExportMiningModel(path).IsOK());
     }
-    EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("gone.xml")).IsOK());
-    EXPECT_FALSE(std::filesystem::exists(dir.Path("gone.xml")));
-    Combined out(dir.Path("out.xml"));
+    EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("gone.pmml")).IsOK());
+    EXPECT_FALSE(std::filesystem::exists(dir.Path("gone.pmml")));
+    Combined out(dir.Path("out.pmml"));
     EXPECT_EQ(Att(out.MiningModel(), "functionName"), "classification");
-    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"),
-              (Values{"region", "x", "color", "y"}));
-    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"),
-              (Values{"x", "region", "color", "y"}));
+    EXPECT_EQ(out.FieldNames(), (Texts{"region", "x", "color", "y"}));
+    EXPECT_EQ(out.SchemaNames(), (Texts{"x", "region", "color", "y"}));
     EXPECT_EQ(out.Segments().size(), 2u);
-}
-
-TEST(CombinerSplitVars, NamelessVariableGetsNoFieldAndNoCondition)
-{
-    ZRVarList list;
-    list.AddCatVar("", "nameless", std::vector<std::string>{"a", "b"},
-                   ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
-    list.AddContVar("score", "Score", ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
-    TempDir dir;
-    ZRXSplitPMMLCombiner combiner(list);
-    EXPECT_TRUE(combiner.AddModel(DataFile("tree_a.pmml"), {"a", "1.5"}).IsOK());
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.xml")).IsOK());
-    Combined out(dir.Path("out.xml"));
-    EXPECT_EQ(ChildAtts(out.Dictionary(), "DataField", "name"),
-              (Values{"x", "color", "y", "score"}));
-    // A variable without values gives a field without Value children.
-    EXPECT_EQ(Att(out.Field("score"), "optype") + "/" + Att(out.Field("score"), "dataType"),
-              "continuous/double");
-    EXPECT_TRUE(out.Values("score").empty());
-    EXPECT_EQ(ChildAtts(out.Schema(), "MiningField", "name"), (Values{"x", "color", "y", "score"}));
-    const xercesc::DOMElement* both = Child(out.Segments().at(0), "CompoundPredicate");
-    EXPECT_EQ(ChildAtts(both, "SimplePredicate", "field"), (Values{"score"}));
 }
