@@ -75,20 +75,20 @@ inline std::string Att(Element element, const char* name)
     return value != nullptr ? ZRXPrsUtil::ToUTF8(value) : "<absent>";
 }
 
+// The `attribute` of each direct child with tag `tag` (every child if null),
+// or the child's tag if `attribute` is null.
 inline Texts ChildAtts(Element parent, const char* tag, const char* attribute)
 {
     Texts out;
     for (Element c : Children(parent, tag))
-        out.push_back(Att(c, attribute));
+        out.push_back(attribute != nullptr ? Att(c, attribute)
+                                           : ZRXPrsUtil::ToUTF8(c->getTagName()));
     return out;
 }
 
 inline Texts ChildTags(Element parent)
 {
-    Texts out;
-    for (Element c : Children(parent, nullptr))
-        out.push_back(ZRXPrsUtil::ToUTF8(c->getTagName()));
-    return out;
+    return ChildAtts(parent, nullptr, nullptr);
 }
 
 // The combined document read back.
