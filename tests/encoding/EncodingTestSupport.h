@@ -1,7 +1,7 @@
-// Fixture of the encoding tests. The encoding services keep process-wide
-// state (default converter, UTF-8 mode, locale, environment); every test
-// starts from that state's beginning and leaves the process as it found it,
-// so that the order of the tests does not matter.
+// Fixture and helpers of the encoding tests. The encoding services keep
+// process-wide state (default converter, UTF-8 mode, locale, environment);
+// every test starts from that state's beginning and leaves the process as it
+// found it, so that the order of the tests does not matter.
 #ifndef ZRX_TESTS_ENCODING_SUPPORT_H
 #define ZRX_TESTS_ENCODING_SUPPORT_H
 
@@ -13,13 +13,18 @@
 #include <gtest/gtest.h>
 #include <unicode/ucnv.h>
 
+#include <algorithm>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <string>
 
 namespace ZRMemTest {
 
-using ZRMem::U16String;
+using namespace ZRMem;
 
 inline U16String U16(std::initializer_list<unsigned short> units)
 {
@@ -30,22 +35,18 @@ class EncodingTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        const char* locale = std::setlocale(LC_ALL, nullptr);
-        m_locale = locale ? locale : "C";
-        const char* env = std::getenv("LC_ALL");
-        m_hadEnv = env != nullptr;
-        m_env = env ? env : "";
-        ZRMem::Internal::ResetEncodingState();
-        ZRMem::Internal::SetDefaultCodePage(nullptr);
+        m_locale = std::setlocale(LC_ALL, nullptr);
+        if (const char* env = std::getenv("LC_ALL"))
+            m_env = env;
+        Reset();
     }
 
     void TearDown() override
     {
-        ZRMem::Internal::ResetEncodingState();
-        ZRMem::Internal::SetDefaultCodePage(nullptr);
+        Reset();
         std::setlocale(LC_ALL, m_locale.c_str());
-        if (m_hadEnv)
-            setenv("LC_ALL", m_env.c_str(), 1);
+        if (m_env)
+            setenv("LC_ALL", m_env->c_str(), 1);
         else
             unsetenv("LC_ALL");
     }
@@ -61,47 +62,38 @@ protected:
     }
 
 private:
+    static void Reset()
+    {
+        ZRMem::Internal::ResetEncodingState();
+        ZRMem::Internal::SetDefaultCodePage(nullptr);
+    }
+
     std::string m_locale;
-    std::string m_env;
-    bool m_hadEnv = false;
+    std::optional<std::string> m_env;
 };
 
 // Double-byte code page: GBK in ICU and in the C library.
 class GbkTest : public EncodingTest {
 protected:
-    void SetUp() override
-    {
-        EncodingTest::SetUp();
-        ASSERT_NO_FATAL_FAILURE(UseCodePage("GBK", "zh_CN.GBK"));
-    }
+    void SetUp() override { EncodingTest::SetUp(); UseCodePage("GBK", "zh_CN.GBK"); }
 };
 
 // Single-byte code page: windows-1252 in ICU and in the C library.
 class Cp1252Test : public EncodingTest {
 protected:
-    void SetUp() override
-    {
-        EncodingTest::SetUp();
-        ASSERT_NO_FATAL_FAILURE(UseCodePage("windows-1252", "en_US.CP1252"));
-    }
+    void SetUp() override { EncodingTest::SetUp(); UseCodePage("windows-1252", "en_US.CP1252"); }
 };
 
 // A converter opened by the library, closed at the end of the scope.
-class Converter {
-public:
-    explicit Converter(const char* name) : m_cnv(ZRMem::VORKMBConverterNew_C(name)) {}
-    ~Converter()
-    {
-        if (m_cnv)
-            ucnv_close(static_cast<UConverter*>(m_cnv));
-    }
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
-    void* get() const { return m_cnv; }
-    UConverter* icu() const { return static_cast<UConverter*>(m_cnv); }
-private:
-    void* m_cnv;
+struct CloseConverter {
+    void operator()(void* cnv) const { ucnv_close(static_cast<UConverter*>(cnv)); }
 };
+using Converter = std::unique_ptr<void, CloseConverter>;
+
+inline Converter Open(const char* name, void* (*open)(const char*) = ZRMem::VORKMBConverterNew_C)
+{
+    return Converter(open(name));
+}
 
 // The ICU name of the converter that name opens in ICU itself.
 inline std::string IcuName(const char* name)
@@ -113,10 +105,73 @@ inline std::string IcuName(const char* name)
     return result;
 }
 
-inline std::string NameOf(void* cnv)
+inline std::string NameOf(const void* cnv)
 {
     UErrorCode err = U_ZERO_ERROR;
-    return cnv ? ucnv_getName(static_cast<UConverter*>(cnv), &err) : "";
+    return cnv ? ucnv_getName(static_cast<const UConverter*>(cnv), &err) : "";
+}
+
+// Bytes with each NUL shown as "\0".
+inline std::string Shown(const std::string& bytes)
+{
+    std::string shown;
+    for (char c : bytes)
+        shown += c ? std::string(1, c) : "\\0";
+    return shown;
+}
+
+// A result code and a text as one string "code|text", so that one expectation
+// checks both and a failure shows both. UTF-16 text shows as hex units.
+inline std::string Out(int code, const std::string& text)
+{
+    return std::to_string(code) + "|" + Shown(text);
+}
+
+inline std::string Out(int code, const U16String& text)
+{
+    std::string shown;
+    char unit[6];
+    for (unsigned short u : text) {
+        std::snprintf(unit, sizeof unit, "%04X", u);
+        shown += (shown.empty() ? "" : " ") + std::string(unit);
+    }
+    return std::to_string(code) + "|" + shown;
+}
+
+// Runs a fixed-buffer conversion into a buffer of fill units ('Z' or 0x7777)
+// and gives "length code|units 0 to capacity": the unit at the capacity
+// shows that nothing was written beyond it.
+template <class T>
+std::string RunFixed(int capacity, const std::function<int(T*, int, int*)>& convert)
+{
+    T buffer[16];
+    std::fill(std::begin(buffer), std::end(buffer), sizeof(T) == 1 ? T('Z') : T(0x7777));
+    int code = -1;
+    const int length = convert(buffer, capacity, &code);
+    const size_t shown = static_cast<size_t>(std::clamp(capacity + 1, 1, 16));
+    return std::to_string(length) + " " + Out(code, std::basic_string<T>(buffer, shown));
+}
+
+template <class T, class S>
+std::string Fixed(int (*convert)(T*, int, const S*, int, int*), int capacity, const S* source, int length = -1)
+{
+    return RunFixed<T>(capacity, [&](T* t, int n, int* code) { return convert(t, n, source, length, code); });
+}
+
+template <class T, class S>
+std::string Fixed(int (*convert)(void*, T*, int, const S*, int, int*), void* cnv, int capacity, const S* source,
+                  int length = -1)
+{
+    return RunFixed<T>(capacity, [&](T* t, int n, int* code) { return convert(cnv, t, n, source, length, code); });
+}
+
+// Runs a copy into 8 bytes of 'Z' and shows them.
+inline std::string Copied(char* (*copy)(char*, const char*, size_t), const char* source, size_t size)
+{
+    char target[8];
+    std::fill(std::begin(target), std::end(target), 'Z');
+    EXPECT_EQ(copy(target, source, size), target);
+    return Shown(std::string(target, sizeof target));
 }
 
 } // namespace ZRMemTest
