@@ -18,19 +18,12 @@ TEST_F(Cp1252Test, FittingRuleCountedAndTerminated)
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 1, "", -1), "0 0|\\0Z");
     EXPECT_EQ(Fixed(VORKMB8to16, 3, "a", 1), "1 0|0061 0020 7777 7777");
     EXPECT_EQ(Fixed(VORKMB8to16, 3, "abcd"), "2 1|0061 0062 0000 7777");
-}
-
-// A capacity of 0 or less, or a null target, measures and writes nothing.
-TEST_F(EncodingTest, MeasuringWithoutCapacity)
-{
-    int code = -1;
-    EXPECT_EQ(VORKMB8to16(nullptr, 0, "\xE2\x82\xAC" "ab", -1, &code), 3);
-    EXPECT_EQ(code, 1);
+    // A capacity of 0 or less, or a null target, measures and writes nothing.
     EXPECT_EQ(Fixed(VORKMB8to16, -5, "abc", 3), "3 1|7777");
     EXPECT_EQ(Fixed(VORKMB16to8, 0, U16({0x20AC}).c_str()), "3 1|Z");
-    EXPECT_EQ(VORKMB8to16(nullptr, 10, "abc", 3, &code), 3);
-    EXPECT_EQ(VORKMB8to16(nullptr, 0, "", -1, &code), 0);
-    EXPECT_EQ(code, 0);
+    int code = -1;
+    EXPECT_EQ(VORKMB8to16(nullptr, 10, "\xE2\x82\xAC" "ab", -1, &code), 3);
+    EXPECT_EQ(code, 1);
     EXPECT_EQ(VORKMB8to16(nullptr, 0, nullptr, 5, nullptr), 0) << "a null source is empty";
 }
 
@@ -59,9 +52,7 @@ TEST_F(EncodingTest, IllFormedUnicodeGivesTroubleAndAnEmptyText)
     EXPECT_EQ(Fixed(VORKMB16to8, 3, lone.c_str(), 3), "0 3| ZZZ");
     std::string out = "x";
     EXPECT_EQ(Out(VORKMBU16ToU8(out, U16({0xD800})), out), "3|");
-    std::unique_ptr<char[]> array(VORKMBTranscodeU8(lone.c_str()));
-    ASSERT_NE(array, nullptr);
-    EXPECT_STREQ(array.get(), "");
+    EXPECT_EQ(Take(VORKMBTranscodeU8(lone.c_str())), "");
 }
 
 // In a code page wider than UTF-8 (UTF-8 itself with U+FFFD for a bad byte)
@@ -72,8 +63,8 @@ TEST_F(EncodingTest, RoomInAWideCodePage)
     std::string out;
     EXPECT_EQ(VORKMBU8ToCodePage(nullptr, out, "\xFF"), 1) << "U+FFFD takes three bytes of a room of two";
     EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 8, "a\xFF"), "4 3|a\xEF\xBF\xBD\\0ZZZZ");
-    std::unique_ptr<char[]> cp(VORKMBTranscodeCodePage(U16({0x20AC, 0x20AC, 0x20AC}).c_str()));
-    EXPECT_STREQ(cp.get(), "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage(U16({0x20AC, 0x20AC, 0x20AC}).c_str())),
+              "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC");
 }
 
 TEST_F(GbkTest, StringForms)
@@ -121,19 +112,16 @@ TEST_F(GbkTest, GenericRoutes)
     EXPECT_EQ(Fixed(VORKMBGenericto16, 2, "\xD6\xD0"), "1 0|4E2D 0000 7777");
 }
 
+// New arrays: terminated, null for a null source.
 TEST_F(GbkTest, NewArrays)
 {
-    std::unique_ptr<unsigned short[]> u16(VORKMBTranscodeU8("a\xE4\xB8\xAD"));
-    ASSERT_NE(u16, nullptr);
-    EXPECT_EQ(U16String(u16.get()), U16({'a', 0x4E2D}));
-    std::unique_ptr<char[]> u8(VORKMBTranscodeU8(u16.get()));
-    EXPECT_STREQ(u8.get(), "a\xE4\xB8\xAD");
-    std::unique_ptr<char[]> cp(VORKMBTranscodeCodePage(u16.get()));
-    EXPECT_STREQ(cp.get(), "a\xD6\xD0");
-    std::unique_ptr<unsigned short[]> back(VORKMBTranscodeCodePage(cp.get()));
-    EXPECT_EQ(U16String(back.get()), U16({'a', 0x4E2D}));
-    std::unique_ptr<char[]> generic(VORKMBTranscodeGeneric(u16.get()));
-    EXPECT_STREQ(generic.get(), "a\xE4\xB8\xAD");
-    EXPECT_EQ(VORKMBTranscodeU8(static_cast<const char*>(nullptr)), nullptr);
-    EXPECT_EQ(VORKMBTranscodeCodePage(static_cast<const unsigned short*>(nullptr)), nullptr);
+    const U16String u16 = U16({'a', 0x4E2D});
+    EXPECT_EQ(Take(VORKMBTranscodeU8("a\xE4\xB8\xAD")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeU8(u16.c_str())), "a\xE4\xB8\xAD");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage(u16.c_str())), "a\xD6\xD0");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage("a\xD6\xD0")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeGeneric(u16.c_str())), "a\xE4\xB8\xAD");
+    EXPECT_EQ(Take(VORKMBTranscodeGeneric("a\xE4\xB8\xAD")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeU8(static_cast<const char*>(nullptr))), "null");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage(static_cast<const unsigned short*>(nullptr))), "null");
 }

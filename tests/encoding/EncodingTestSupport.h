@@ -95,47 +95,51 @@ inline Converter Open(const char* name, void* (*open)(const char*) = ZRMem::VORK
     return Converter(open(name));
 }
 
-// The ICU name of the converter that name opens in ICU itself.
-inline std::string IcuName(const char* name)
-{
-    UErrorCode err = U_ZERO_ERROR;
-    UConverter* cnv = ucnv_open(name, &err);
-    std::string result = U_SUCCESS(err) ? ucnv_getName(cnv, &err) : "";
-    ucnv_close(cnv);
-    return result;
-}
-
 inline std::string NameOf(const void* cnv)
 {
     UErrorCode err = U_ZERO_ERROR;
     return cnv ? ucnv_getName(static_cast<const UConverter*>(cnv), &err) : "";
 }
 
-// Bytes with each NUL shown as "\0".
-inline std::string Shown(const std::string& bytes)
+// The ICU name of the converter that name opens in ICU itself.
+inline std::string IcuName(const char* name)
+{
+    UErrorCode err = U_ZERO_ERROR;
+    return NameOf(Converter(ucnv_open(name, &err)).get());
+}
+
+// Text as expectations show it: bytes as they are with each NUL as "\0",
+// UTF-16 as hex units.
+template <class T>
+std::string Shown(const std::basic_string<T>& text)
 {
     std::string shown;
-    for (char c : bytes)
-        shown += c ? std::string(1, c) : "\\0";
+    char unit[6];
+    for (T u : text) {
+        if (sizeof(T) == 1) {
+            shown += u ? std::string(1, static_cast<char>(u)) : "\\0";
+        } else {
+            std::snprintf(unit, sizeof unit, shown.empty() ? "%04X" : " %04X", static_cast<unsigned>(u));
+            shown += unit;
+        }
+    }
     return shown;
 }
 
 // A result code and a text as one string "code|text", so that one expectation
-// checks both and a failure shows both. UTF-16 text shows as hex units.
-inline std::string Out(int code, const std::string& text)
+// checks both and a failure shows both.
+template <class S>
+std::string Out(int code, const S& text)
 {
     return std::to_string(code) + "|" + Shown(text);
 }
 
-inline std::string Out(int code, const U16String& text)
+// The text of a new array, which it frees; "null" for none.
+template <class T>
+std::string Take(T* array)
 {
-    std::string shown;
-    char unit[6];
-    for (unsigned short u : text) {
-        std::snprintf(unit, sizeof unit, "%04X", u);
-        shown += (shown.empty() ? "" : " ") + std::string(unit);
-    }
-    return std::to_string(code) + "|" + shown;
+    std::unique_ptr<T[]> owned(array);
+    return owned ? Shown(std::basic_string<T>(owned.get())) : "null";
 }
 
 // Runs a fixed-buffer conversion into a buffer of fill units ('Z' or 0x7777)

@@ -29,7 +29,13 @@ TEST_F(GbkTest, SettersFillEveryForm)
     EXPECT_EQ(name.GetU8(), "\xC3\xA9");
     name.SetU16(U16({0xD83D, 0xDE00}));
     EXPECT_EQ(name.GetU8(), "\xF0\x9F\x98\x80");
+    // System text replaces the master and the code page form, not UTF-16.
+    name.SetSystem(kZhongGbk);
+    EXPECT_EQ(name.GetSystem(), kZhongGbk);
+    EXPECT_EQ(name.GetU8(), kZhongU8);
+    EXPECT_EQ(name.GetCP(), kZhongGbk);
     EXPECT_EQ(name.GetU16(), U16({0xD83D, 0xDE00}));
+    EXPECT_EQ(name.ErrorCode(), 0);
     name.Clear();
     EXPECT_TRUE(name.Empty());
     EXPECT_EQ(name.GetCP(), "");
@@ -69,29 +75,6 @@ TEST_F(GbkTest, CodePageFormsFollowANewDefaultConverter)
     EXPECT_EQ(name.GetSystem(), "\xA8\xA6" "a");
 }
 
-// Text through a caller's converter is not kept as the code page form.
-TEST_F(GbkTest, CodePageThroughAConverterLeavesTheHeldForm)
-{
-    ExtNameStr name;
-    name.SetU8(std::string(kZhongU8) + "\xC3\xA9");
-    Converter cp1252 = Open("windows-1252");
-    EXPECT_EQ(name.GetCP(cp1252.get()), "?\xE9");
-    EXPECT_EQ(name.ErrorCode(), 3);
-    EXPECT_EQ(name.GetCP(), std::string(kZhongGbk) + "\xA8\xA6");
-}
-
-TEST_F(GbkTest, SystemTextReplacesTheMasterButNotUtf16)
-{
-    ExtNameStr name;
-    name.SetU8("old");
-    name.SetSystem(kZhongGbk);
-    EXPECT_EQ(name.GetSystem(), kZhongGbk);
-    EXPECT_EQ(name.GetU8(), kZhongU8);
-    EXPECT_EQ(name.GetCP(), kZhongGbk);
-    EXPECT_EQ(name.GetU16(), U16({'o', 'l', 'd'}));
-    EXPECT_EQ(name.ErrorCode(), 0);
-}
-
 // Unmappable text reports 3 when the code page form is made (here on the
 // refresh after the default converter's creation); ill-formed UTF-8 at once.
 TEST_F(GbkTest, BadTextIsReported)
@@ -104,6 +87,12 @@ TEST_F(GbkTest, BadTextIsReported)
     name.SetU8("\xFF");
     EXPECT_TRUE(name.GetU16().empty());
     EXPECT_EQ(name.ErrorCode(), 3);
+    // Text through a caller's converter is not kept as the code page form.
+    name.SetU8(std::string(kZhongU8) + "\xC3\xA9");
+    Converter cp1252 = Open("windows-1252");
+    EXPECT_EQ(name.GetCP(cp1252.get()), "?\xE9");
+    EXPECT_EQ(name.ErrorCode(), 3);
+    EXPECT_EQ(name.GetCP(), std::string(kZhongGbk) + "\xA8\xA6");
 }
 
 TEST_F(GbkTest, CopiesAreIndependent)

@@ -5,20 +5,29 @@
 using namespace ZRMemTest;
 
 // GBK: U+4E2D is D6 D0, U+6587 is CE C4.
-TEST_F(GbkTest, LeadBytesComeFromTheLocale)
+TEST_F(GbkTest, SteppingByTheLocalesLeadBytes)
 {
     EXPECT_EQ(VORKMBIsLeadByte_C(0xD6), 1);
     EXPECT_EQ(VORKMBIsLeadByte_C(0x81), 1);
     EXPECT_EQ(VORKMBIsLeadByte_C('a'), 0);
     EXPECT_EQ(VORKMBIsLeadByte_C(0x1D6), 0);
-    const char text[] = "\xD6\xD0" "a\xCE\xC4";
-    EXPECT_EQ(VORKMBmbclen_C(text), 2u);
-    EXPECT_EQ(VORKMBmbclen_C(text + 2), 1u);
+    const char text[] = "a\xD6\xD0\xCE\xC4" "b";
+    EXPECT_EQ(VORKMBmbclen_C(text + 1), 2u);
+    EXPECT_EQ(VORKMBmbclen_C(text), 1u);
     EXPECT_EQ(VORKMBmbclen_C("\xD6"), 1u) << "a lead byte before the terminator stands alone";
-    EXPECT_EQ(VORKMBstrinc_C(text), text + 2);
-    EXPECT_EQ(VORKMBmblen_C(text, 2), 2);
-    EXPECT_EQ(VORKMBmblen_C(text, 1), -1);
+    EXPECT_EQ(VORKMBstrinc_C(text + 1), text + 3);
+    EXPECT_EQ(VORKMBmblen_C(text + 1, 2), 2);
+    EXPECT_EQ(VORKMBmblen_C(text + 1, 1), -1);
     EXPECT_EQ(VORKMBmblen_C("\xFF", 1), -1);
+    // A trail byte belongs to its lead, both for a start and a step back.
+    const size_t starts[] = {0, 1, 1, 3, 3, 5, 6};  // for the indexes 0 to 6
+    for (size_t i = 0; i < 7; ++i)
+        EXPECT_EQ(VORKMBFindStart_C(text, i), starts[i]) << i;
+    EXPECT_EQ(VORKMBFindStart_C(text, 99), 6u);
+    EXPECT_EQ(VORKMBFindStart_C(nullptr, 3), 0u);
+    const int previous[] = {0, 0, 1, 1, 3, 3, 5};  // of the positions 0 to 6, at starts
+    for (int i : {0, 1, 3, 5, 6})
+        EXPECT_EQ(VORKMBAnsiPrev_C(text, text + i), text + previous[i]) << i;
 }
 
 TEST_F(Cp1252Test, NoLeadBytesInASingleByteCodePage)
@@ -32,20 +41,6 @@ TEST_F(Cp1252Test, NoLeadBytesInASingleByteCodePage)
     EXPECT_EQ(cp, 0x20AC);
     EXPECT_EQ(VORKMBqstricmp_C("\xC4rger", -1, "\xE4RGER", -1, nullptr), 1);
     EXPECT_EQ(Copied(VORKMBstrncpy_C, "\xE4\xF6\xFC\xDF", 3), "\xE4\xF6\xFCZZZZZ");
-}
-
-// A trail byte belongs to its lead, both when finding a start and stepping back.
-TEST_F(GbkTest, CharacterStartsAndPreviousCharacter)
-{
-    const char text[] = "a\xD6\xD0\xCE\xC4" "b";
-    const size_t starts[] = {0, 1, 1, 3, 3, 5, 6};  // for the indexes 0 to 6
-    for (size_t i = 0; i < 7; ++i)
-        EXPECT_EQ(VORKMBFindStart_C(text, i), starts[i]) << i;
-    EXPECT_EQ(VORKMBFindStart_C(text, 99), 6u);
-    EXPECT_EQ(VORKMBFindStart_C(nullptr, 3), 0u);
-    const int previous[] = {0, 0, 1, 1, 3, 3, 5};  // of the positions 0 to 6, at starts
-    for (int i : {0, 1, 3, 5, 6})
-        EXPECT_EQ(VORKMBAnsiPrev_C(text, text + i), text + previous[i]) << i;
 }
 
 // A copy keeps whole characters, drops a cut lead byte and may overlap.

@@ -39,9 +39,7 @@ TEST_F(EncodingTest, FailedDefaultConverterIsRetriedAndCounted)
     EXPECT_EQ(Fixed(VORKMBCodePageto16, nullptr, 4, "ab"), "0 3|0000 7777 7777 7777 7777");
     int cp = 7;
     EXPECT_EQ(VORKMBU32Get_C(&cp, "a", 0, -1), -1);
-    std::unique_ptr<unsigned short[]> array(VORKMBTranscodeCodePage("ab"));
-    ASSERT_NE(array, nullptr);
-    EXPECT_EQ(array[0], 0);
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage("ab")), "");
     const int attempts = VORKMBDefaultConverterID();
     EXPECT_GT(attempts, 1);
     Internal::SetDefaultCodePage("UTF-8");
@@ -121,7 +119,6 @@ TEST_F(GbkTest, CompareCodePageTextWithoutCase)
     int bad = -1;
     EXPECT_EQ(VORKMBCompare_C("ABC\xD6\xD0", -1, "abc\xD6\xD0", -1, &bad), 0);
     EXPECT_EQ(bad, 0);
-    EXPECT_EQ(VORKMBCompare_C("abc", -1, "abd", -1, &bad), -1);
     EXPECT_EQ(VORKMBCompare_C("abcd", -1, "ABC", -1, &bad), 1);
     EXPECT_EQ(VORKMBCompare_C("ab", 2, "abX", 2, &bad), 0);
     EXPECT_EQ(VORKMBCompare_C("ab\0X", 4, "ab", -1, &bad), 0) << "a NUL ends a counted text";
