@@ -17,7 +17,6 @@
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -90,7 +89,7 @@ struct CloseConverter {
 };
 using Converter = std::unique_ptr<void, CloseConverter>;
 
-inline Converter Open(const char* name, void* (*open)(const char*) = ZRMem::VORKMBConverterNew_C)
+inline Converter Open(const char* name, void* (*open)(const char*) = VORKMBConverterNew_C)
 {
     return Converter(open(name));
 }
@@ -145,8 +144,8 @@ std::string Take(T* array)
 // Runs a fixed-buffer conversion into a buffer of fill units ('Z' or 0x7777)
 // and gives "length code|units 0 to capacity": the unit at the capacity
 // shows that nothing was written beyond it.
-template <class T>
-std::string RunFixed(int capacity, const std::function<int(T*, int, int*)>& convert)
+template <class T, class Convert>
+std::string RunFixed(int capacity, Convert convert)
 {
     T buffer[16];
     std::fill(std::begin(buffer), std::end(buffer), sizeof(T) == 1 ? T('Z') : T(0x7777));

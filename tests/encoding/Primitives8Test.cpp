@@ -12,7 +12,7 @@ const char kGrin[] = "\xF0\x9F\x98\x80";   // U+1F600, four bytes
 
 // mbclen goes by the lead byte alone, cut short at the NUL; mblen counts only
 // a valid character and gives -1 for anything else.
-TEST(Utf8Stepping, CharacterLength)
+TEST(Utf8Stepping, CharacterLengthAndPrevious)
 {
     const struct { const char* text; size_t byLead; int valid; } cases[] = {
         {"a", 1, 1}, {"\xC3\xA9", 2, 2}, {kEuro, 3, 3}, {"\xEF\xBC\xA1", 3, 3}, {kGrin, 4, 4},
@@ -32,12 +32,8 @@ TEST(Utf8Stepping, CharacterLength)
     EXPECT_EQ(VORKMBmblen_8(nullptr, 4), 0);
     EXPECT_EQ(VORKMBmbclen_8(nullptr), 0u);
     EXPECT_EQ(VORKMBstrinc_8(kEuro), kEuro + 3);
-}
-
-// Stepping back lands on a character's start, or one byte back from a lone
-// trail byte or from inside a character.
-TEST(Utf8Stepping, PreviousCharacter)
-{
+    // Stepping back lands on a character's start, or one byte back from a
+    // lone trail byte or from inside a character.
     const char text[] = "a\xE2\x82\xAC\x80" "b";
     const size_t previous[] = {0, 0, 1, 2, 1, 4};  // for the indexes 0 to 5
     for (size_t i = 0; i < 6; ++i)
