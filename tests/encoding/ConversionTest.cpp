@@ -67,7 +67,7 @@ TEST_F(EncodingTest, RoomInAWideCodePage)
               "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC");
 }
 
-TEST_F(GbkTest, StringForms)
+TEST_F(GbkTest, StringAndNewArrayForms)
 {
     U16String u16;
     std::string u8, cp;
@@ -84,6 +84,16 @@ TEST_F(GbkTest, StringForms)
     Converter gb18030 = Open("gb18030");
     EXPECT_EQ(Out(VORKMBU8ToCodePage(gb18030.get(), cp, "\xC3\x80"), cp), "1|");
     EXPECT_EQ(Out(VORKMBU8ToCodePage(gb18030.get(), cp, ""), cp), "0|");
+    // New arrays: terminated, null for a null source.
+    const U16String az = U16({'a', 0x4E2D});
+    EXPECT_EQ(Take(VORKMBTranscodeU8("a\xE4\xB8\xAD")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeU8(az.c_str())), "a\xE4\xB8\xAD");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage(az.c_str())), "a\xD6\xD0");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage("a\xD6\xD0")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeGeneric(az.c_str())), "a\xE4\xB8\xAD");
+    EXPECT_EQ(Take(VORKMBTranscodeGeneric("a\xE4\xB8\xAD")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeU8(static_cast<const char*>(nullptr))), "null");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage(static_cast<const unsigned short*>(nullptr))), "null");
 }
 
 // In UTF-8 mode generic text is UTF-8 and no converter is consulted where
@@ -110,18 +120,4 @@ TEST_F(GbkTest, GenericRoutes)
     EXPECT_EQ(Fixed(VORKMBGenerictoCodePage, nullptr, 3, "ab"), "2 0|ab\\0Z");
     EXPECT_EQ(Fixed(VORKMB16toGeneric, 3, U16({0x4E2D}).c_str()), "2 0|\xD6\xD0\\0Z");
     EXPECT_EQ(Fixed(VORKMBGenericto16, 2, "\xD6\xD0"), "1 0|4E2D 0000 7777");
-}
-
-// New arrays: terminated, null for a null source.
-TEST_F(GbkTest, NewArrays)
-{
-    const U16String u16 = U16({'a', 0x4E2D});
-    EXPECT_EQ(Take(VORKMBTranscodeU8("a\xE4\xB8\xAD")), "0061 4E2D");
-    EXPECT_EQ(Take(VORKMBTranscodeU8(u16.c_str())), "a\xE4\xB8\xAD");
-    EXPECT_EQ(Take(VORKMBTranscodeCodePage(u16.c_str())), "a\xD6\xD0");
-    EXPECT_EQ(Take(VORKMBTranscodeCodePage("a\xD6\xD0")), "0061 4E2D");
-    EXPECT_EQ(Take(VORKMBTranscodeGeneric(u16.c_str())), "a\xE4\xB8\xAD");
-    EXPECT_EQ(Take(VORKMBTranscodeGeneric("a\xE4\xB8\xAD")), "0061 4E2D");
-    EXPECT_EQ(Take(VORKMBTranscodeU8(static_cast<const char*>(nullptr))), "null");
-    EXPECT_EQ(Take(VORKMBTranscodeCodePage(static_cast<const unsigned short*>(nullptr))), "null");
 }
