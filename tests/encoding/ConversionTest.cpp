@@ -16,7 +16,7 @@ TEST_F(Cp1252Test, FittingRuleCountedAndTerminated)
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 5, "abcdefghi", 9), "5 1|abcdeZ");
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 3, "", 0), "0 0| ZZZ") << "an empty text gets its space";
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 1, "", -1), "0 0|\\0Z");
-    EXPECT_EQ(Fixed(VORKMB8to16, 3, "a", 1), "1 0|0061 0020 7777 7777");
+    EXPECT_EQ(Fixed(VORKMB8to16, 2, "a", 1), "1 0|0061 0020 7777") << "one unit of room is room";
     EXPECT_EQ(Fixed(VORKMB8to16, 3, "abcd"), "2 1|0061 0062 0000 7777");
     // A capacity of 0 or less, or a null target, measures and writes nothing.
     EXPECT_EQ(Fixed(VORKMB8to16, -5, "abc", 3), "3 1|7777");
