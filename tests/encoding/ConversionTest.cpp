@@ -2,237 +2,122 @@
 // the string and new-array forms and the generic routes.
 #include "EncodingTestSupport.h"
 
-#include <cstring>
-#include <memory>
-#include <vector>
-
-using namespace ZRMem;
 using namespace ZRMemTest;
 
-namespace {
-
-const unsigned short kFill = 0x7777;
-
-std::vector<unsigned short> Filled16(size_t n)
+// A counted text that fits with room gets one space behind it, a terminated
+// one a NUL; an exact fit gets nothing; a cut reports 1. Both unit sizes.
+TEST_F(Cp1252Test, FittingRuleCountedAndTerminated)
 {
-    return std::vector<unsigned short>(n, kFill);
-}
-
-} // namespace
-
-TEST_F(EncodingTest, FittingRuleCountedAndTerminated)
-{
-    struct Case {
-        const char* source;
-        int sourceLength;
-        int capacity;
-        int length;
-        int code;
-        unsigned short atLength;  // the unit behind the text
-    };
-    const Case cases[] = {
-        {"abcd", 4, 10, 4, 0, ' '},    // fits with room: a space behind
-        {"abcd", -1, 10, 4, 0, 0},     // terminated: a NUL behind
-        {"abcd", 4, 4, 4, 0, kFill},   // fits exactly: nothing behind
-        {"abcd", -1, 5, 4, 0, 0},      // exactly, with room for the NUL
-        {"abcdefghi", -1, 5, 4, 1, 0}, // cut, NUL at the end
-        {"abcdefghi", 9, 5, 5, 1, kFill},
-        {"", 0, 3, 0, 0, ' '},         // an empty text gets its space
-        {"", -1, 1, 0, 0, 0},
-    };
-    for (const Case& c : cases) {
-        auto buffer = Filled16(12);
-        int code = -1;
-        const int length = VORKMB8to16(buffer.data(), c.capacity, c.source, c.sourceLength, &code);
-        SCOPED_TRACE(std::string(c.source) + " capacity " + std::to_string(c.capacity));
-        EXPECT_EQ(length, c.length);
-        EXPECT_EQ(code, c.code);
-        EXPECT_EQ(buffer[static_cast<size_t>(length)], c.atLength);
-        if (c.length + 1 < c.capacity) {
-            EXPECT_EQ(buffer[static_cast<size_t>(length) + 1], kFill) << "the rest is left alone";
-        }
-        EXPECT_EQ(buffer[static_cast<size_t>(c.capacity)], kFill) << "nothing beyond the capacity";
-    }
-}
-
-TEST_F(EncodingTest, MeasuringWithoutCapacity)
-{
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 6, "abcd", 4), "4 0|abcd ZZ");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 6, "abcd", -1), "4 0|abcd\\0ZZ");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 4, "abcd", 4), "4 0|abcdZ");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 5, "abcd", -1), "4 0|abcd\\0Z");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 5, "abcdefghi", -1), "4 1|abcd\\0Z");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 5, "abcdefghi", 9), "5 1|abcdeZ");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 3, "", 0), "0 0| ZZZ") << "an empty text gets its space";
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 1, "", -1), "0 0|\\0Z");
+    EXPECT_EQ(Fixed(VORKMB8to16, 2, "a", 1), "1 0|0061 0020 7777") << "one unit of room is room";
+    EXPECT_EQ(Fixed(VORKMB8to16, 3, "abcd"), "2 1|0061 0062 0000 7777");
+    // A capacity of 0 or less, or a null target, measures and writes nothing.
+    EXPECT_EQ(Fixed(VORKMB8to16, -5, "abc", 3), "3 1|7777");
+    EXPECT_EQ(Fixed(VORKMB16to8, 0, U16({0x20AC}).c_str()), "3 1|Z");
     int code = -1;
-    auto buffer = Filled16(4);
-    EXPECT_EQ(VORKMB8to16(nullptr, 0, "\xE2\x82\xAC" "ab", -1, &code), 3);
+    EXPECT_EQ(VORKMB8to16(nullptr, 10, "\xE2\x82\xAC" "ab", -1, &code), 3);
     EXPECT_EQ(code, 1);
-    EXPECT_EQ(VORKMB8to16(buffer.data(), -5, "abc", 3, &code), 3);
-    EXPECT_EQ(buffer[0], kFill) << "a negative capacity writes nothing";
-    EXPECT_EQ(VORKMB8to16(nullptr, 10, "abc", 3, &code), 3) << "a null target only measures";
-    EXPECT_EQ(VORKMB16to8(nullptr, 0, U16({0x20AC}).c_str(), -1, &code), 3);
-    EXPECT_EQ(VORKMB8to16(nullptr, 0, "", -1, &code), 0);
-    EXPECT_EQ(code, 0);
     EXPECT_EQ(VORKMB8to16(nullptr, 0, nullptr, 5, nullptr), 0) << "a null source is empty";
 }
 
+// A cut never splits a character: not a surrogate pair, a UTF-8 sequence or a
+// double-byte character; the bytes behind the text become spaces.
 TEST_F(GbkTest, CuttingAtCharacterBoundaries)
 {
-    int code = -1;
-    // UTF-16: a surrogate pair that does not fit leaves a space.
-    auto u16 = Filled16(4);
-    EXPECT_EQ(VORKMB8to16(u16.data(), 2, "a\xF0\x9F\x98\x80", 5, &code), 1);
-    EXPECT_EQ(code, 1);
-    EXPECT_EQ(u16[1], ' ');
-    EXPECT_EQ(u16[2], kFill);
-    // UTF-8: two three-byte characters into four bytes.
-    char u8[8];
-    std::memset(u8, 'Z', sizeof u8);
-    const unsigned short euros[] = {0x20AC, 0x20AC};
-    EXPECT_EQ(VORKMB16to8(u8, 4, euros, 2, &code), 3);
-    EXPECT_EQ(code, 1);
-    EXPECT_EQ(std::string(u8, 5), "\xE2\x82\xAC Z");
-    std::memset(u8, 'Z', sizeof u8);
-    EXPECT_EQ(VORKMBCodePageto8(nullptr, u8, 4, "\xD6\xD0\xD6\xD0", 4, &code), 3);
-    EXPECT_EQ(code, 1);
-    EXPECT_EQ(std::string(u8, 5), "\xE4\xB8\xAD Z");
-    // Code page: a double-byte character does not fit in the last byte.
-    char cp[6];
-    std::memset(cp, 'Z', sizeof cp);
-    const unsigned short zhong[] = {'a', 0x4E2D, 0x4E2D, 0};
-    EXPECT_EQ(VORKMB16toCodePage(nullptr, cp, 5, zhong, -1, &code), 3);
-    EXPECT_EQ(code, 1);
-    EXPECT_EQ(std::string(cp, 6), std::string("a\xD6\xD0\0ZZ", 6));
-    std::memset(cp, 'Z', sizeof cp);
-    EXPECT_EQ(VORKMB8toCodePage(nullptr, cp, 3, "\xE4\xB8\xAD\xE4\xB8\xAD", 6, &code), 2);
-    EXPECT_EQ(code, 1);
-    EXPECT_EQ(std::string(cp, 4), "\xD6\xD0 Z");
+    EXPECT_EQ(Fixed(VORKMB8to16, 2, "a\xF0\x9F\x98\x80", 5), "1 1|0061 0020 7777");
+    EXPECT_EQ(Fixed(VORKMB16to8, 4, U16({0x20AC, 0x20AC}).c_str(), 2), "3 1|\xE2\x82\xAC Z");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 4, "\xD6\xD0\xD6\xD0", 4), "3 1|\xE4\xB8\xAD Z");
+    EXPECT_EQ(Fixed(VORKMB16toCodePage, nullptr, 5, U16({'a', 0x4E2D, 0x4E2D}).c_str()), "3 1|a\xD6\xD0\\0ZZ");
+    EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 3, "\xE4\xB8\xAD\xE4\xB8\xAD", 6), "2 1|\xD6\xD0 Z");
 }
 
+// Ill-formed UTF-8 or UTF-16 converts to nothing and reports 3.
 TEST_F(EncodingTest, IllFormedUnicodeGivesTroubleAndAnEmptyText)
 {
     const char* bad[] = {"a\x80", "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xE2\x82", "\xF4\x90\x80\x80", "\xFF"};
     for (const char* s : bad) {
-        auto buffer = Filled16(8);
-        int code = -1;
-        EXPECT_EQ(VORKMB8to16(buffer.data(), 8, s, -1, &code), 0) << testing::PrintToString(s);
-        EXPECT_EQ(code, 3);
-        EXPECT_EQ(buffer[0], 0);
+        SCOPED_TRACE(testing::PrintToString(s));
+        EXPECT_EQ(Fixed(VORKMB8to16, 2, s), "0 3|0000 7777 7777");
         U16String out = U16({'x'});
-        EXPECT_EQ(VORKMBU8ToU16(out, s), 3);
-        EXPECT_TRUE(out.empty());
+        EXPECT_EQ(Out(VORKMBU8ToU16(out, s), out), "3|");
     }
-    char u8[8];
-    int code = -1;
-    const unsigned short lone[] = {'a', 0xDC00, 'b', 0};
-    EXPECT_EQ(VORKMB16to8(u8, 8, lone, 3, &code), 0);
-    EXPECT_EQ(code, 3);
-    EXPECT_EQ(u8[0], ' ');
+    const U16String lone = U16({'a', 0xDC00, 'b'});
+    EXPECT_EQ(Fixed(VORKMB16to8, 3, lone.c_str(), 3), "0 3| ZZZ");
     std::string out = "x";
-    EXPECT_EQ(VORKMBU16ToU8(out, U16({0xD800})), 3);
-    EXPECT_EQ(out, "");
-    std::unique_ptr<char[]> array(VORKMBTranscodeU8(lone));
-    ASSERT_NE(array, nullptr);
-    EXPECT_STREQ(array.get(), "");
+    EXPECT_EQ(Out(VORKMBU16ToU8(out, U16({0xD800})), out), "3|");
+    EXPECT_EQ(Take(VORKMBTranscodeU8(lone.c_str())), "");
 }
 
-TEST_F(EncodingTest, IllFormedUtf8IntoAWideCodePageIsTrouble)
+// In a code page wider than UTF-8 (UTF-8 itself with U+FFFD for a bad byte)
+// the string form's room can be short, the new array's is not.
+TEST_F(EncodingTest, RoomInAWideCodePage)
 {
     Internal::SetDefaultCodePage("UTF-8");
     std::string out;
     EXPECT_EQ(VORKMBU8ToCodePage(nullptr, out, "\xFF"), 1) << "U+FFFD takes three bytes of a room of two";
-    char target[8];
-    int code = -1;
-    EXPECT_EQ(VORKMB8toCodePage(nullptr, target, 8, "a\xFF", -1, &code), 4);
-    EXPECT_EQ(code, 3);
+    EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 8, "a\xFF"), "4 3|a\xEF\xBF\xBD\\0ZZZZ");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage(U16({0x20AC, 0x20AC, 0x20AC}).c_str())),
+              "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC");
 }
 
-TEST_F(GbkTest, StringForms)
+TEST_F(GbkTest, StringAndNewArrayForms)
 {
     U16String u16;
-    EXPECT_EQ(VORKMBU8ToU16(u16, "a\xE4\xB8\xAD\xF0\x9F\x98\x80"), 0);
-    EXPECT_EQ(u16, U16({'a', 0x4E2D, 0xD83D, 0xDE00}));
-    std::string u8;
-    EXPECT_EQ(VORKMBU16ToU8(u8, u16), 0);
-    EXPECT_EQ(u8, "a\xE4\xB8\xAD\xF0\x9F\x98\x80");
-    std::string cp;
-    EXPECT_EQ(VORKMBU8ToCodePage(nullptr, cp, "a\xE4\xB8\xAD"), 0);
-    EXPECT_EQ(cp, "a\xD6\xD0");
-    EXPECT_EQ(VORKMBCodePageToU8(nullptr, u8, cp), 0);
-    EXPECT_EQ(u8, "a\xE4\xB8\xAD");
-    EXPECT_EQ(VORKMBCodePageToU16(nullptr, u16, cp), 0);
-    EXPECT_EQ(u16, U16({'a', 0x4E2D}));
-    EXPECT_EQ(VORKMBU16ToCodePage(nullptr, cp, U16({0x4E2D, 0x0E01})), 3) << "no Thai in GBK";
-    EXPECT_EQ(cp, "\xD6\xD0?");
-    // Target and source may be one object.
+    std::string u8, cp;
+    EXPECT_EQ(Out(VORKMBU8ToU16(u16, "a\xE4\xB8\xAD\xF0\x9F\x98\x80"), u16), "0|0061 4E2D D83D DE00");
+    EXPECT_EQ(Out(VORKMBU16ToU8(u8, u16), u8), "0|a\xE4\xB8\xAD\xF0\x9F\x98\x80");
+    EXPECT_EQ(Out(VORKMBU8ToCodePage(nullptr, cp, "a\xE4\xB8\xAD"), cp), "0|a\xD6\xD0");
+    EXPECT_EQ(Out(VORKMBCodePageToU8(nullptr, u8, cp), u8), "0|a\xE4\xB8\xAD");
+    EXPECT_EQ(Out(VORKMBCodePageToU16(nullptr, u16, cp), u16), "0|0061 4E2D");
+    EXPECT_EQ(Out(VORKMBU16ToCodePage(nullptr, cp, U16({0x4E2D, 0x0E01})), cp), "3|\xD6\xD0?") << "no Thai in GBK";
     std::string same = "a\xE4\xB8\xAD";
-    EXPECT_EQ(VORKMBU8ToCodePage(nullptr, same, same), 0);
-    EXPECT_EQ(same, "a\xD6\xD0");
-    // A text that overruns its room: one UTF-8 byte a code page byte, but
-    // GB18030 takes four bytes for U+00C0.
-    Converter gb18030("gb18030");
-    EXPECT_EQ(VORKMBU8ToCodePage(gb18030.get(), cp, "\xC3\x80"), 1);
-    EXPECT_EQ(cp, "");
-    EXPECT_EQ(VORKMBU8ToCodePage(gb18030.get(), cp, ""), 0);
+    EXPECT_EQ(Out(VORKMBU8ToCodePage(nullptr, same, same), same), "0|a\xD6\xD0") << "target and source in one";
+    // GB18030 takes four bytes for U+00C0, more than the room of one code
+    // page byte per UTF-8 byte.
+    Converter gb18030 = Open("gb18030");
+    EXPECT_EQ(Out(VORKMBU8ToCodePage(gb18030.get(), cp, "\xC3\x80"), cp), "1|");
+    EXPECT_EQ(Out(VORKMBU8ToCodePage(gb18030.get(), cp, ""), cp), "0|");
+    // New arrays: terminated, null for a null source.
+    const U16String az = U16({'a', 0x4E2D});
+    EXPECT_EQ(Take(VORKMBTranscodeU8("a\xE4\xB8\xAD")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeU8(az.c_str())), "a\xE4\xB8\xAD");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage(az.c_str())), "a\xD6\xD0");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage("a\xD6\xD0")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeGeneric(az.c_str())), "a\xE4\xB8\xAD");
+    EXPECT_EQ(Take(VORKMBTranscodeGeneric("a\xE4\xB8\xAD")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeU8(static_cast<const char*>(nullptr))), "null");
+    EXPECT_EQ(Take(VORKMBTranscodeCodePage(static_cast<const unsigned short*>(nullptr))), "null");
 }
 
+// In UTF-8 mode generic text is UTF-8 and no converter is consulted where
+// nothing is converted; in code page mode it is code page text.
 TEST_F(GbkTest, GenericRoutes)
 {
-    Converter cp1252("windows-1252");
+    Converter cp1252 = Open("windows-1252");
     U16String u16;
-    // UTF-8 mode: no converter is consulted where nothing is converted.
-    EXPECT_EQ(VORKMBGenericToU16(cp1252.get(), u16, "\xC3\xA9"), 0);
-    EXPECT_EQ(u16, U16({0xE9}));
     std::string s;
-    EXPECT_EQ(VORKMBGenericToU8(cp1252.get(), s, "\xFF"), 0);
-    EXPECT_EQ(s, "\xFF");
-    EXPECT_EQ(VORKMBCodePageToGeneric(cp1252.get(), s, "\xE9"), 0);
-    EXPECT_EQ(s, "\xC3\xA9");
-    EXPECT_EQ(VORKMBU16ToGeneric(s, U16({0x4E2D})), 0);
-    EXPECT_EQ(s, "\xE4\xB8\xAD");
+    EXPECT_EQ(Out(VORKMBGenericToU16(cp1252.get(), u16, "\xC3\xA9"), u16), "0|00E9");
+    EXPECT_EQ(Out(VORKMBGenericToU8(cp1252.get(), s, "\xFF"), s), "0|\xFF");
+    EXPECT_EQ(Out(VORKMBCodePageToGeneric(cp1252.get(), s, "\xE9"), s), "0|\xC3\xA9");
+    EXPECT_EQ(Out(VORKMBU16ToGeneric(s, U16({0x4E2D})), s), "0|\xE4\xB8\xAD");
     // Byte copy: reports 0 even when it cuts inside a character.
-    char buf[8];
-    std::memset(buf, 'Z', sizeof buf);
-    int code = -1;
-    EXPECT_EQ(VORKMBGenericto8(buf, 2, "\xE4\xB8\xAD", 3, &code), 2);
-    EXPECT_EQ(code, 0);
-    EXPECT_EQ(std::string(buf, 3), "\xE4\xB8Z");
-    EXPECT_EQ(VORKMB8toGeneric(buf, 3, "abcdef", -1, &code), 2) << "the NUL stays within the capacity";
-    EXPECT_EQ(std::string(buf, 4), std::string("ab\0Z", 4));
-    EXPECT_EQ(VORKMBGenericto8(nullptr, 0, "abcdef", -1, &code), 6);
+    EXPECT_EQ(Fixed(VORKMBGenericto8, 2, "\xE4\xB8\xAD", 3), "2 0|\xE4\xB8Z");
+    EXPECT_EQ(Fixed(VORKMB8toGeneric, 3, "abcdef"), "2 0|ab\\0Z") << "the NUL stays within the capacity";
+    EXPECT_EQ(Fixed(VORKMBGenericto8, 0, "abcdef"), "6 0|Z");
 
     SetUTF8mode(0);
-    EXPECT_EQ(VORKMBGenericToU16(u16, "\xD6\xD0"), 0);
-    EXPECT_EQ(u16, U16({0x4E2D}));
-    EXPECT_EQ(VORKMBGenericToU8(s, "\xD6\xD0"), 0);
-    EXPECT_EQ(s, "\xE4\xB8\xAD");
-    EXPECT_EQ(VORKMBU8ToGeneric(s, "\xE4\xB8\xAD"), 0);
-    EXPECT_EQ(s, "\xD6\xD0");
-    EXPECT_EQ(VORKMBGenericToCodePage(cp1252.get(), s, "\xD6\xD0"), 0);
-    EXPECT_EQ(s, "\xD6\xD0") << "code page mode: generic text is code page text";
-    EXPECT_EQ(VORKMBGenerictoCodePage(nullptr, buf, 8, "ab", -1, &code), 2);
-    EXPECT_EQ(VORKMB16toGeneric(buf, 8, U16({0x4E2D}).c_str(), -1, &code), 2);
-    EXPECT_STREQ(buf, "\xD6\xD0");
-    unsigned short wide[4];
-    EXPECT_EQ(VORKMBGenericto16(wide, 4, "\xD6\xD0", -1, &code), 1);
-    EXPECT_EQ(wide[0], 0x4E2D);
-}
-
-TEST_F(GbkTest, NewArrays)
-{
-    std::unique_ptr<unsigned short[]> u16(VORKMBTranscodeU8("a\xE4\xB8\xAD"));
-    ASSERT_NE(u16, nullptr);
-    EXPECT_EQ(U16String(u16.get()), U16({'a', 0x4E2D}));
-    std::unique_ptr<char[]> u8(VORKMBTranscodeU8(u16.get()));
-    EXPECT_STREQ(u8.get(), "a\xE4\xB8\xAD");
-    std::unique_ptr<char[]> cp(VORKMBTranscodeCodePage(u16.get()));
-    EXPECT_STREQ(cp.get(), "a\xD6\xD0");
-    std::unique_ptr<unsigned short[]> back(VORKMBTranscodeCodePage(cp.get()));
-    EXPECT_EQ(U16String(back.get()), U16({'a', 0x4E2D}));
-    std::unique_ptr<char[]> generic(VORKMBTranscodeGeneric(u16.get()));
-    EXPECT_STREQ(generic.get(), "a\xE4\xB8\xAD");
-    EXPECT_EQ(VORKMBTranscodeU8(static_cast<const char*>(nullptr)), nullptr);
-    EXPECT_EQ(VORKMBTranscodeCodePage(static_cast<const unsigned short*>(nullptr)), nullptr);
-}
-
-TEST_F(EncodingTest, NewArrayInAWideCodePageIsNotCut)
-{
-    Internal::SetDefaultCodePage("UTF-8");
-    const unsigned short euros[] = {0x20AC, 0x20AC, 0x20AC, 0};
-    std::unique_ptr<char[]> cp(VORKMBTranscodeCodePage(euros));
-    EXPECT_STREQ(cp.get(), "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC");
+    EXPECT_EQ(Out(VORKMBGenericToU16(u16, "\xD6\xD0"), u16), "0|4E2D");
+    EXPECT_EQ(Out(VORKMBGenericToU8(s, "\xD6\xD0"), s), "0|\xE4\xB8\xAD");
+    EXPECT_EQ(Out(VORKMBU8ToGeneric(s, "\xE4\xB8\xAD"), s), "0|\xD6\xD0");
+    EXPECT_EQ(Out(VORKMBGenericToCodePage(cp1252.get(), s, "\xD6\xD0"), s), "0|\xD6\xD0");
+    EXPECT_EQ(Fixed(VORKMBGenerictoCodePage, nullptr, 3, "ab"), "2 0|ab\\0Z");
+    EXPECT_EQ(Fixed(VORKMB16toGeneric, 3, U16({0x4E2D}).c_str()), "2 0|\xD6\xD0\\0Z");
+    EXPECT_EQ(Fixed(VORKMBGenericto16, 2, "\xD6\xD0"), "1 0|4E2D 0000 7777");
 }

@@ -1,7 +1,7 @@
-// Fixture of the encoding tests. The encoding services keep process-wide
-// state (default converter, UTF-8 mode, locale, environment); every test
-// starts from that state's beginning and leaves the process as it found it,
-// so that the order of the tests does not matter.
+// Fixture and helpers of the encoding tests. The encoding services keep
+// process-wide state (default converter, UTF-8 mode, locale, environment);
+// every test starts from that state's beginning and leaves the process as it
+// found it, so that the order of the tests does not matter.
 #ifndef ZRX_TESTS_ENCODING_SUPPORT_H
 #define ZRX_TESTS_ENCODING_SUPPORT_H
 
@@ -13,13 +13,17 @@
 #include <gtest/gtest.h>
 #include <unicode/ucnv.h>
 
+#include <algorithm>
 #include <clocale>
+#include <cstdio>
 #include <cstdlib>
+#include <memory>
+#include <optional>
 #include <string>
 
 namespace ZRMemTest {
 
-using ZRMem::U16String;
+using namespace ZRMem;
 
 inline U16String U16(std::initializer_list<unsigned short> units)
 {
@@ -30,22 +34,18 @@ class EncodingTest : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        const char* locale = std::setlocale(LC_ALL, nullptr);
-        m_locale = locale ? locale : "C";
-        const char* env = std::getenv("LC_ALL");
-        m_hadEnv = env != nullptr;
-        m_env = env ? env : "";
-        ZRMem::Internal::ResetEncodingState();
-        ZRMem::Internal::SetDefaultCodePage(nullptr);
+        m_locale = std::setlocale(LC_ALL, nullptr);
+        if (const char* env = std::getenv("LC_ALL"))
+            m_env = env;
+        Reset();
     }
 
     void TearDown() override
     {
-        ZRMem::Internal::ResetEncodingState();
-        ZRMem::Internal::SetDefaultCodePage(nullptr);
+        Reset();
         std::setlocale(LC_ALL, m_locale.c_str());
-        if (m_hadEnv)
-            setenv("LC_ALL", m_env.c_str(), 1);
+        if (m_env)
+            setenv("LC_ALL", m_env->c_str(), 1);
         else
             unsetenv("LC_ALL");
     }
@@ -61,62 +61,120 @@ protected:
     }
 
 private:
+    static void Reset()
+    {
+        ZRMem::Internal::ResetEncodingState();
+        ZRMem::Internal::SetDefaultCodePage(nullptr);
+    }
+
     std::string m_locale;
-    std::string m_env;
-    bool m_hadEnv = false;
+    std::optional<std::string> m_env;
 };
 
 // Double-byte code page: GBK in ICU and in the C library.
 class GbkTest : public EncodingTest {
 protected:
-    void SetUp() override
-    {
-        EncodingTest::SetUp();
-        ASSERT_NO_FATAL_FAILURE(UseCodePage("GBK", "zh_CN.GBK"));
-    }
+    void SetUp() override { EncodingTest::SetUp(); UseCodePage("GBK", "zh_CN.GBK"); }
 };
 
 // Single-byte code page: windows-1252 in ICU and in the C library.
 class Cp1252Test : public EncodingTest {
 protected:
-    void SetUp() override
-    {
-        EncodingTest::SetUp();
-        ASSERT_NO_FATAL_FAILURE(UseCodePage("windows-1252", "en_US.CP1252"));
-    }
+    void SetUp() override { EncodingTest::SetUp(); UseCodePage("windows-1252", "en_US.CP1252"); }
 };
 
 // A converter opened by the library, closed at the end of the scope.
-class Converter {
-public:
-    explicit Converter(const char* name) : m_cnv(ZRMem::VORKMBConverterNew_C(name)) {}
-    ~Converter()
-    {
-        if (m_cnv)
-            ucnv_close(static_cast<UConverter*>(m_cnv));
-    }
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
-    void* get() const { return m_cnv; }
-    UConverter* icu() const { return static_cast<UConverter*>(m_cnv); }
-private:
-    void* m_cnv;
+struct CloseConverter {
+    void operator()(void* cnv) const { ucnv_close(static_cast<UConverter*>(cnv)); }
 };
+using Converter = std::unique_ptr<void, CloseConverter>;
+
+inline Converter Open(const char* name, void* (*open)(const char*) = VORKMBConverterNew_C)
+{
+    return Converter(open(name));
+}
+
+inline std::string NameOf(const void* cnv)
+{
+    UErrorCode err = U_ZERO_ERROR;
+    return cnv ? ucnv_getName(static_cast<const UConverter*>(cnv), &err) : "";
+}
 
 // The ICU name of the converter that name opens in ICU itself.
 inline std::string IcuName(const char* name)
 {
     UErrorCode err = U_ZERO_ERROR;
-    UConverter* cnv = ucnv_open(name, &err);
-    std::string result = U_SUCCESS(err) ? ucnv_getName(cnv, &err) : "";
-    ucnv_close(cnv);
-    return result;
+    return NameOf(Converter(ucnv_open(name, &err)).get());
 }
 
-inline std::string NameOf(void* cnv)
+// Text as expectations show it: bytes as they are with each NUL as "\0",
+// UTF-16 as hex units.
+template <class T>
+std::string Shown(const std::basic_string<T>& text)
 {
-    UErrorCode err = U_ZERO_ERROR;
-    return cnv ? ucnv_getName(static_cast<UConverter*>(cnv), &err) : "";
+    std::string shown;
+    char unit[6];
+    for (T u : text) {
+        if (sizeof(T) == 1) {
+            shown += u ? std::string(1, static_cast<char>(u)) : "\\0";
+        } else {
+            std::snprintf(unit, sizeof unit, shown.empty() ? "%04X" : " %04X", static_cast<unsigned>(u));
+            shown += unit;
+        }
+    }
+    return shown;
+}
+
+// A result code and a text as one string "code|text", so that one expectation
+// checks both and a failure shows both.
+template <class S>
+std::string Out(int code, const S& text)
+{
+    return std::to_string(code) + "|" + Shown(text);
+}
+
+// The text of a new array, which it frees; "null" for none.
+template <class T>
+std::string Take(T* array)
+{
+    std::unique_ptr<T[]> owned(array);
+    return owned ? Shown(std::basic_string<T>(owned.get())) : "null";
+}
+
+// Runs a fixed-buffer conversion into a buffer of fill units ('Z' or 0x7777)
+// and gives "length code|units 0 to capacity": the unit at the capacity
+// shows that nothing was written beyond it.
+template <class T, class Convert>
+std::string RunFixed(int capacity, Convert convert)
+{
+    T buffer[16];
+    std::fill(std::begin(buffer), std::end(buffer), sizeof(T) == 1 ? T('Z') : T(0x7777));
+    int code = -1;
+    const int length = convert(buffer, capacity, &code);
+    const size_t shown = static_cast<size_t>(std::clamp(capacity + 1, 1, 16));
+    return std::to_string(length) + " " + Out(code, std::basic_string<T>(buffer, shown));
+}
+
+template <class T, class S>
+std::string Fixed(int (*convert)(T*, int, const S*, int, int*), int capacity, const S* source, int length = -1)
+{
+    return RunFixed<T>(capacity, [&](T* t, int n, int* code) { return convert(t, n, source, length, code); });
+}
+
+template <class T, class S>
+std::string Fixed(int (*convert)(void*, T*, int, const S*, int, int*), void* cnv, int capacity, const S* source,
+                  int length = -1)
+{
+    return RunFixed<T>(capacity, [&](T* t, int n, int* code) { return convert(cnv, t, n, source, length, code); });
+}
+
+// Runs a copy into 8 bytes of 'Z' and shows them.
+inline std::string Copied(char* (*copy)(char*, const char*, size_t), const char* source, size_t size)
+{
+    char target[8];
+    std::fill(std::begin(target), std::end(target), 'Z');
+    EXPECT_EQ(copy(target, source, size), target);
+    return Shown(std::string(target, sizeof target));
 }
 
 } // namespace ZRMemTest
