@@ -51,8 +51,13 @@ TEST_F(Transcoding, AgreesWithTheXmlLibraryOnShortSequencesAndRandomText)
             SameFrom(reference, {'a', char(lead), char(second)});
         for (unsigned char f1 : follow)
             for (unsigned char f2 : follow)
-                for (unsigned char f3 : follow)
+                for (unsigned char f3 : follow) {
                     SameFrom(reference, {char(lead), char(f1), char(f2), char(f3), 'z'});
+                    // Inside a pass the XML library passes over some forms
+                    // that it refuses at the start of one (lead 0xF5..0xF7).
+                    if (lead >= 0xF0)
+                        SameFrom(reference, {'a', char(lead), char(f1), char(f2), char(f3)});
+                }
     }
     for (char32_t unit = 1; unit < 0x10000; ++unit)
         SameTo(reference, {u'x', char16_t(unit)});

@@ -35,11 +35,13 @@ inline unsigned TrailingBytes(unsigned char lead)
 
 inline bool IsTrail(unsigned char byte) { return (byte & 0xC0) == 0x80; }
 
-// UTF-8 to UTF-16 with exactly the acceptance rules of the XML library's
-// UTF-8 transcoder: refused are stray continuation bytes, a lead byte without
-// its continuation bytes (also at the very end of the text), overlong forms,
-// encoded surrogates, five- and six-byte forms and code points above
-// U+10FFFF. False on refusal; `out` is then to be dropped.
+// UTF-8 to UTF-16 of well-formed text, as the XML library's UTF-8
+// transcoder converts it. Refused are stray continuation bytes, a lead byte
+// without its continuation bytes (also at the very end of the text), overlong
+// forms, encoded surrogates, five- and six-byte forms and code points above
+// U+10FFFF. False on refusal; `out` is then to be dropped and the text left
+// to that transcoder, whose answer for ill-formed text is not always a
+// refusal.
 bool Utf8ToUtf16(const unsigned char* src, std::size_t count, std::vector<XMLCh>& out)
 {
     std::size_t i = 0;
@@ -90,8 +92,8 @@ bool Utf8ToUtf16(const unsigned char* src, std::size_t count, std::vector<XMLCh>
     return true;
 }
 
-// UTF-16 to UTF-8 with exactly the results of the XML library's UTF-8
-// transcoder asked to throw on what it can't represent. A high surrogate
+// UTF-16 to UTF-8 as the XML library's UTF-8 transcoder converts it when
+// asked to throw on what it can't represent. A high surrogate
 // takes the next code unit as its partner whatever that is, as that
 // transcoder does (a pair that adds up beyond U+10FFFF is refused); a lone
 // low surrogate is written as its three-byte form; a high surrogate as the
@@ -239,8 +241,12 @@ std::string ToUTF8(const XMLCh* text)
         return result;
     const std::size_t count = xercesc::XMLString::stringLen(text);
     result.reserve(count);
-    if (!Utf16ToUtf8(text, count, result))
-        result.clear();
+    if (!Utf16ToUtf8(text, count, result)) {
+        // Text that the direct conversion refuses goes to the XML library's
+        // own UTF-8 transcoder, so that the answer for it is exactly that
+        // transcoder's, whatever its quirks.
+        result = ZRXTranscoder().TranscodeTo(text);
+    }
     return result;
 }
 
@@ -250,8 +256,13 @@ std::vector<XMLCh> ToUTF16(const char* text)
     if (text) {
         const std::size_t count = std::strlen(text);
         result.reserve(count + 1);
-        if (!Utf8ToUtf16(reinterpret_cast<const unsigned char*>(text), count, result))
-            result.clear();
+        if (!Utf8ToUtf16(reinterpret_cast<const unsigned char*>(text), count, result)) {
+            // Ill-formed text goes to the XML library's own UTF-8 transcoder,
+            // whose answer is not always a refusal: it passes over some
+            // sequences it can't decode (a four-byte form led by 0xF5 to
+            // 0xF7) when they don't start one of its passes.
+            return ZRXTranscoder().TranscodeFrom(text);
+        }
     }
     result.push_back(0);
     return result;

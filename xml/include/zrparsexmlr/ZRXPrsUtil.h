@@ -68,12 +68,15 @@ private:
 
 // UTF-16 to UTF-8; null gives "".
 // ToUTF8 and ToUTF16 give exactly what a UTF-8 ZRXTranscoder gives, failures
-// (empty results) included, but they convert directly instead of making a
-// transcoder per call: they sit on every attribute read and tag comparison,
-// and a transcoder per call costs several times the conversion itself
-// (bench/bench_transcode). Holding no object of the XML library, they can't
-// outlive it across XMLPlatformUtils::Initialize/Terminate cycles, and they
-// are safe on any thread.
+// (empty results) included. Well-formed text, which is all that documents
+// hold in practice, they convert directly instead of making a transcoder per
+// call: they sit on every attribute read and tag comparison, and a
+// transcoder per call costs several times the conversion itself
+// (bench/bench_transcode). Only text that the direct conversion refuses goes
+// through a UTF-8 ZRXTranscoder made for that call, so that its answer is the
+// XML library's own. Holding no object of the XML library between calls,
+// they can't outlive it across XMLPlatformUtils::Initialize/Terminate
+// cycles.
 ZRXPRS_API std::string ToUTF8(const XMLCh* text);
 // UTF-8 (not null) to UTF-16 with a closing zero.
 ZRXPRS_API std::vector<XMLCh> ToUTF16(const char* text);
