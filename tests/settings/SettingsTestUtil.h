@@ -1,8 +1,10 @@
-// Building and parsing small settings documents for the settings tests.
+// Building, reading and parsing settings documents for the settings tests.
 #ifndef ZRX_TESTS_SETTINGSTESTUTIL_H
 #define ZRX_TESTS_SETTINGSTESTUTIL_H
 
 #include <zrparsexmlr/ZRSettingsParser.h>
+
+#include <gtest/gtest.h>
 
 #include <fstream>
 #include <limits>
@@ -16,17 +18,15 @@ constexpr double kHighest = std::numeric_limits<double>::max();
 
 // A settings document with the given DataField elements, Parameters content
 // and, when not empty, TransformationDictionary content.
-inline std::string Doc(const std::string& fields, const std::string& parameters,
-                       const std::string& derived = std::string())
+inline std::string Doc(const std::string& fields, const std::string& parameters = "",
+                       const std::string& derived = "")
 {
-    std::string text = "<PMML version=\"4.4\"><DataDictionary>" + fields + "</DataDictionary>";
-    if (!derived.empty())
-        text += "<TransformationDictionary>" + derived + "</TransformationDictionary>";
-    return text + "<MiningBuildTask><Extension><Parameters>" + parameters +
+    return "<PMML><DataDictionary>" + fields + "</DataDictionary>" +
+           (derived.empty() ? "" : "<TransformationDictionary>" + derived +
+                                       "</TransformationDictionary>") +
+           "<MiningBuildTask><Extension><Parameters>" + parameters +
            "</Parameters></Extension></MiningBuildTask></PMML>";
 }
-
-inline std::string Params(const std::string& parameters) { return Doc("", parameters); }
 
 inline ZRCommon::ZRStatus Parse(ZRXPrsUtil::ZRSettingsParser& parser, const std::string& text)
 {
@@ -34,10 +34,21 @@ inline ZRCommon::ZRStatus Parse(ZRXPrsUtil::ZRSettingsParser& parser, const std:
     return parser.ParseToDOM(in);
 }
 
-inline ZRCommon::ZRStatus ParseExample(ZRXPrsUtil::ZRSettingsParser& parser)
+// A document of tests/data/settings, or "example" for the example job.
+inline ZRCommon::ZRStatus ParseFile(ZRXPrsUtil::ZRSettingsParser& parser, const std::string& name)
 {
-    std::ifstream in(std::string(ZRX_EXAMPLES_DIR) + "/data/job.settings.xml", std::ios::binary);
+    std::ifstream in(name == "example" ? ZRX_EXAMPLES_DIR "/data/job.settings.xml"
+                                       : ZRX_TEST_DATA_DIR "/settings/" + name,
+                     std::ios::binary);
     return parser.ParseToDOM(in);
+}
+
+// The code of a query's answer; the flag must be set for 120 and 123 only.
+inline long Code(const ZRCommon::ZRStatus& status)
+{
+    const long code = status.GetCode();
+    EXPECT_EQ(status.GetFlag(), code == 120 || code == 123) << code;
+    return code;
 }
 
 } // namespace settingstest

@@ -4,8 +4,6 @@
 
 #include <zrcommonr/ZRMV.h>
 
-#include <gtest/gtest.h>
-
 using namespace settingstest;
 using ZRXPrsUtil::ZRSettingsParser;
 using Strings = std::vector<std::string>;
@@ -14,16 +12,14 @@ using Doubles = std::vector<double>;
 
 namespace {
 
-std::string List(const std::string& values)
-{
-    return "<Parameter name=\"a\"><ListValue>" + values + "</ListValue></Parameter>";
-}
-
-TEST(SettingsArrays, ThreeFormsOfOneList)
+// A Parameter of parameters.xml read as one value and by the three array
+// forms; failures keep the items read before them.
+TEST(SettingsArrays, OneValueAgainstThreeArrayForms)
 {
     const double mv = ZRMV::gMissingValue;
     const struct {
-        std::string parameter;
+        const char* name;
+        long valueCode;
         long stringCode;
         Strings strings;
         long intCode;
@@ -31,93 +27,60 @@ TEST(SettingsArrays, ThreeFormsOfOneList)
         long doubleCode;
         Doubles doubles;
     } cases[] = {
-        {"<Parameter name=\"a\" value=\"7\" isList=\"true\"/>", 0, {"7"}, 0, {7}, 0, {7}},
-        {"<Parameter name=\"a\" value=\"\"/>", 0, {}, 109, {}, 109, {}},
-        {"<Parameter name=\"a\" value=\"1 2\"/>", 0, {"1 2"}, 109, {}, 109, {}},
-        {"<Parameter name=\"a\"/>", 123, {}, 123, {}, 123, {}},
-        {"<Parameter name=\"a\" value=\"7\"><ListValue/></Parameter>", 123, {}, 123, {}, 123, {}},
-        {"<Parameter name=\"a\" value=\"7\"><ListValue><Value value=\"8\"/></ListValue>"
-         "</Parameter>", 0, {"8"}, 0, {8}, 0, {8}},
-        {List("<Value value=\"1\"/><Value value=\"-2\"/><Value value=\"3\"/>"), 0,
-         {"1", "-2", "3"}, 109, {1}, 0, {1, -2, 3}},
-        {List("<Value value=\"1\"/> text <!-- c --><Other/><Value value=\"\"/>"
-              "<Value value=\"NaN\"/>"), 0, {"1", "NaN"}, 109, {1}, 109, {1}},
-        {List("<Value value=\"NaN\"/><Value value=\"INF\"/><Value value=\"2\"/>"), 0,
-         {"NaN", "INF", "2"}, 109, {}, 109, {mv}},
-        {List("<Value value=\"4\"/><Value/><Value value=\"5\"/>"), 123, {"4"}, 123, {4}, 123, {4}},
+        {"marked_with_value", 0, 0, {"7"}, 0, {7}, 0, {7}},
+        {"empty_value", 0, 0, {}, 109, {}, 109, {}},
+        {"spaced_value", 0, 0, {"1 2"}, 109, {}, 109, {}},
+        {"no_value", 123, 123, {}, 123, {}, 123, {}},
+        {"marked_no_value", 123, 123, {}, 123, {}, 123, {}},
+        {"value_and_empty_list", 0, 123, {}, 123, {}, 123, {}},
+        {"value_and_list", 0, 0, {"8"}, 0, {8}, 0, {8}},
+        {"list_only", 121, 0, {"1"}, 0, {1}, 0, {1}},
+        {"signed_list", 121, 0, {"1", "-2", "3"}, 109, {1}, 0, {1, -2, 3}},
+        {"list_with_noise", 121, 0, {"1", "NaN"}, 109, {1}, 109, {1}},
+        {"non_finite_list", 121, 0, {"NaN", "INF", "2"}, 109, {}, 109, {mv}},
+        {"list_with_hole", 121, 123, {"4"}, 123, {4}, 123, {4}},
+        {"matrix", 120, 120, {"old"}, 120, {-9}, 120, {-9}},
     };
+    ZRSettingsParser parser;
+    ASSERT_TRUE(ParseFile(parser, "parameters.xml").IsOK());
     for (const auto& c : cases) {
-        ZRSettingsParser parser;
-        ASSERT_TRUE(Parse(parser, Params(c.parameter)).IsOK());
+        std::string value;
+        EXPECT_EQ(Code(parser.GetParameter(c.name, value)), c.valueCode) << c.name;
         Strings strings{"old"};
-        const ZRCommon::ZRStatus stringResult = parser.GetArray("a", strings);
-        EXPECT_EQ(stringResult.GetCode(), c.stringCode) << c.parameter;
-        EXPECT_EQ(stringResult.GetFlag(), c.stringCode == 123) << c.parameter;
-        EXPECT_EQ(strings, c.strings) << c.parameter;
+        EXPECT_EQ(Code(parser.GetArray(c.name, strings)), c.stringCode) << c.name;
+        EXPECT_EQ(strings, c.strings) << c.name;
         Ints ints{-9};
-        EXPECT_EQ(parser.GetArray("a", ints).GetCode(), c.intCode) << c.parameter;
-        EXPECT_EQ(ints, c.ints) << c.parameter;
+        EXPECT_EQ(Code(parser.GetArray(c.name, ints)), c.intCode) << c.name;
+        EXPECT_EQ(ints, c.ints) << c.name;
         Doubles doubles{-9};
-        EXPECT_EQ(parser.GetArray("a", doubles).GetCode(), c.doubleCode) << c.parameter;
-        EXPECT_EQ(doubles, c.doubles) << c.parameter;
+        EXPECT_EQ(Code(parser.GetArray(c.name, doubles)), c.doubleCode) << c.name;
+        EXPECT_EQ(doubles, c.doubles) << c.name;
     }
 }
 
+// Where an array fails, a matrix leaves the item out of its row; an empty
+// string is kept, and every row keeps its place.
 TEST(SettingsArrays, MatrixRowsKeepTheirPlaces)
 {
     ZRSettingsParser parser;
-    ASSERT_TRUE(Parse(parser, Params("<MatrixParmeter name=\"m\">\n"
-                                     "  <ArrayParameter><Value value=\"1\"/><Value value=\"-2\"/>"
-                                     "<Value value=\"x\"/><Value/><Value value=\"3\"/>"
-                                     "</ArrayParameter>\n"
-                                     "  <ArrayParameter/> <!-- c -->\n"
-                                     "  <ArrayParameter><Value value=\"\"/><Value value=\"NaN\"/>"
-                                     "<Other value=\"9\"/></ArrayParameter>\n"
-                                     "</MatrixParmeter>"
-                                     "<MatrixParmeter name=\"empty\"> <!-- none --> </MatrixParmeter>"
-                                     "<Parameter name=\"p\" value=\"1\"/>"))
-                    .IsOK());
+    ASSERT_TRUE(ParseFile(parser, "parameters.xml").IsOK());
     std::vector<Strings> strings;
-    EXPECT_TRUE(parser.GetMatrix("m", strings).IsOK());
+    EXPECT_TRUE(parser.GetMatrix("matrix", strings).IsOK());
     EXPECT_EQ(strings, (std::vector<Strings>{{"1", "-2", "x", "3"}, {}, {"", "NaN"}}));
     std::vector<Ints> ints;
-    EXPECT_TRUE(parser.GetMatrix("m", ints).IsOK());
+    EXPECT_TRUE(parser.GetMatrix("matrix", ints).IsOK());
     EXPECT_EQ(ints, (std::vector<Ints>{{1, 3}, {}, {}}));
     std::vector<Doubles> doubles;
-    EXPECT_TRUE(parser.GetMatrix("m", doubles).IsOK());
+    EXPECT_TRUE(parser.GetMatrix("matrix", doubles).IsOK());
     EXPECT_EQ(doubles, (std::vector<Doubles>{{1, -2, 3}, {}, {ZRMV::gMissingValue}}));
 
     ints = {{5}};
-    EXPECT_TRUE(parser.GetMatrix("empty", ints).IsOK());
+    EXPECT_TRUE(parser.GetMatrix("no_rows", ints).IsOK());
     EXPECT_TRUE(ints.empty());
-
-    // Each element kind is found by its own query only.
+    // A Parameter is no matrix.
     ints = {{5}};
-    const ZRCommon::ZRStatus missing = parser.GetMatrix("p", ints);
-    EXPECT_EQ(missing.GetCode(), 120);
-    EXPECT_TRUE(missing.GetFlag());
+    EXPECT_EQ(Code(parser.GetMatrix("list_only", ints)), 120);
     EXPECT_EQ(ints, std::vector<Ints>{{5}});
-    Ints row{5};
-    EXPECT_EQ(parser.GetArray("m", row).GetCode(), 120);
-    EXPECT_EQ(row, Ints{5});
-}
-
-TEST(SettingsArrays, ExampleDocumentListsAndMatrices)
-{
-    ZRSettingsParser parser;
-    ASSERT_TRUE(ParseExample(parser).IsOK());
-    Doubles levels;
-    ASSERT_TRUE(parser.GetArray("profitLevels", levels).IsOK());
-    EXPECT_EQ(levels, (Doubles{0.1, 0.25, 0.5, 0.75, 0.9}));
-    std::vector<Ints> costs;
-    ASSERT_TRUE(parser.GetMatrix("misclassificationCosts", costs).IsOK());
-    EXPECT_EQ(costs, (std::vector<Ints>{{0, 1}, {5, 0}}));
-    // A matrix inside a group needs the group's context.
-    std::vector<Ints> gains;
-    EXPECT_EQ(parser.GetMatrix("gainsBins", gains).GetCode(), 120);
-    void* output = parser.GetComplexParameter("output");
-    ASSERT_TRUE(parser.GetMatrix("gainsBins", gains, output).IsOK());
-    EXPECT_EQ(gains, (std::vector<Ints>{{10, 20, 30}, {50, 100}}));
 }
 
 } // namespace

@@ -2,8 +2,6 @@
 // leaves for every later call.
 #include "SettingsTestUtil.h"
 
-#include <gtest/gtest.h>
-
 using namespace settingstest;
 using ZRXPrsUtil::ZRSettingsParser;
 
@@ -47,16 +45,20 @@ TEST(SettingsDocument, ParametersPathDecidesTheParse)
 }
 
 // Every call answers with the parse's code and leaves the caller's data alone:
-// 107 before any parse, 119 after a parse without Parameters.
+// 107 before any parse, 119 without Parameters, 106 after a failed parse that
+// follows a good one (nothing of the good one may answer).
 TEST(SettingsDocument, QueriesAnswerWithTheParseCode)
 {
-    for (const long code : {107L, 119L}) {
+    const std::string field = "<DataField name=\"a\" dataType=\"double\" optype=\"continuous\"/>";
+    for (const long code : {107L, 119L, 106L}) {
         ZRSettingsParser parser;
-        if (code == 119) {
-            ASSERT_EQ(Parse(parser, "<PMML><DataDictionary><DataField name=\"a\" dataType="
-                                    "\"double\" optype=\"continuous\"/></DataDictionary></PMML>")
-                          .GetCode(),
-                      119);
+        if (code != 107) {
+            ASSERT_TRUE(Parse(parser, Doc(field, "<Parameter name=\"p\" value=\"1\"/>"
+                                                 "<ComplexParameter name=\"p\"/>")).IsOK());
+            ASSERT_EQ(Parse(parser, code == 106 ? "<PMML/>"
+                                                : "<PMML><DataDictionary>" + field +
+                                                      "</DataDictionary></PMML>").GetCode(),
+                      code);
         }
         ZRMTD_NAMESPACE::ZRVarList list;
         int number = 7;
@@ -76,23 +78,11 @@ TEST(SettingsDocument, QueriesAnswerWithTheParseCode)
         EXPECT_EQ(numbers, std::vector<double>{1.0});
         EXPECT_EQ(matrix.size(), 1u);
         EXPECT_EQ(weight, "kept");
+        // The next good parse serves queries again.
+        ASSERT_TRUE(Parse(parser, Doc("", "<Parameter name=\"p\" value=\"2\"/>")).IsOK());
+        EXPECT_TRUE(parser.GetParameter("p", number).IsOK());
+        EXPECT_EQ(number, 2);
     }
-}
-
-TEST(SettingsDocument, EachParseStartsAfresh)
-{
-    ZRSettingsParser parser;
-    ASSERT_TRUE(Parse(parser, Params("<ComplexParameter name=\"g\"/>")).IsOK());
-    EXPECT_NE(parser.GetComplexParameter("g"), nullptr);
-
-    EXPECT_EQ(Parse(parser, "<PMML/>").GetCode(), 106);
-    EXPECT_EQ(parser.GetComplexParameter("g"), nullptr);
-    EXPECT_EQ(parser.GetRootElement(), nullptr);
-
-    ASSERT_TRUE(Parse(parser, Params("<Parameter name=\"p\" value=\"2\"/>")).IsOK());
-    int value = 0;
-    EXPECT_TRUE(parser.GetParameter("p", value).IsOK());
-    EXPECT_EQ(value, 2);
 }
 
 } // namespace

@@ -2,294 +2,161 @@
 // margins, missing values, ranges and bins.
 #include "SettingsTestUtil.h"
 
-#include <zrcommonr/ZRMV.h>
-
-#include <gtest/gtest.h>
-
 using namespace settingstest;
 using ZRMTD_NAMESPACE::IZRVariable;
 using ZRMTD_NAMESPACE::ZRVarList;
 using ZRXPrsUtil::ZRSettingsParser;
+using Doubles = std::vector<double>;
+using Strings = std::vector<std::string>;
 
 namespace {
 
-// Parses `fields` (and `derived`) and fills `list` by FillVarList.
-ZRCommon::ZRStatus Fill(ZRVarList& list, const std::string& fields, bool useBins = false,
-                        const std::string& derived = std::string())
+struct Expected {
+    const char* name;
+    int type, storage;
+    double minimum, maximum;
+};
+
+void ExpectVariables(const ZRVarList& list, const std::vector<Expected>& expected)
 {
-    ZRSettingsParser parser;
-    EXPECT_TRUE(Parse(parser, Doc(fields, "", derived)).IsOK());
-    return parser.FillVarList(list, useBins);
+    ASSERT_EQ(list.Size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+        const Expected& e = expected[i];
+        const IZRVariable& variable = *list.GetVarAt(static_cast<int>(i));
+        EXPECT_EQ(variable.GetName(), e.name);
+        EXPECT_EQ(variable.GetVarType(), e.type) << e.name;
+        EXPECT_EQ(variable.GetValueFormat(), e.storage) << e.name;
+        EXPECT_EQ(variable.GetRole(), IZRVariable::eRoleInput) << e.name;
+        if (e.type == 1 && !variable.GetUseBins()) {
+            EXPECT_EQ(variable.GetMinimum(), e.minimum) << e.name;
+            EXPECT_EQ(variable.GetMaximum(), e.maximum) << e.name;
+        }
+    }
 }
 
-ZRCommon::ZRStatus FillDerived(ZRVarList& list, const std::string& derived)
+TEST(SettingsFields, DataFieldsOfAFile)
 {
     ZRSettingsParser parser;
-    EXPECT_TRUE(Parse(parser, Doc("", "", derived)).IsOK());
-    return parser.FillTransDict(list);
-}
-
-std::string Field(const std::string& attributes, const std::string& children = std::string(),
-                  const char* tag = "DataField")
-{
-    return std::string("<") + tag + " " + attributes + ">" + children + "</" + tag + ">";
-}
-
-TEST(SettingsFields, ExampleDocument)
-{
-    ZRSettingsParser parser;
-    ASSERT_TRUE(ParseExample(parser).IsOK());
+    ASSERT_TRUE(ParseFile(parser, "fields.xml").IsOK());
     ZRVarList list;
     ASSERT_TRUE(parser.FillVarList(list, false).IsOK());
-    ASSERT_EQ(list.Size(), 32u);
-    const struct {
-        const char* name;
-        int type, storage, values;
-        double minimum, maximum;
-    } cases[] = {
-        {"age", 1, 1, 0, 18, 99},
-        {"debt_ratio", 1, 2, 0, 0, 5},
-        {"gender", 3, 3, 3, kLowest, kHighest},
-        {"employment", 2, 1, 5, kLowest, kHighest},
-        // A calendar date is no number: no value.
-        {"last_payment_date", 2, 4, 0, kLowest, kHighest},
-        {"open_date", 1, 4, 0, 0, 25000},
-        {"call_time", 1, 5, 0, 0, 86400},
-        {"application_ts", 1, 6, 0, kLowest, kHighest},
-        {"segment_code", 1, 3, 0, kLowest, kHighest},
-    };
-    for (const auto& c : cases) {
-        const IZRVariable* variable = list.GetVarAt(list.FindVar(c.name));
-        ASSERT_NE(variable, nullptr) << c.name;
-        EXPECT_EQ(variable->GetVarType(), c.type) << c.name;
-        EXPECT_EQ(variable->GetValueFormat(), c.storage) << c.name;
-        EXPECT_EQ(variable->GetNValues(), c.values) << c.name;
-        EXPECT_EQ(variable->GetRole(), IZRVariable::eRoleInput) << c.name;
-        EXPECT_FALSE(variable->IsWeight()) << c.name;
-        if (c.type == 1) {
-            EXPECT_EQ(variable->GetMinimum(), c.minimum) << c.name;
-            EXPECT_EQ(variable->GetMaximum(), c.maximum) << c.name;
-        }
-    }
-    EXPECT_EQ(list.GetVarAt(list.FindVar("age"))->GetEncoder()->GetNumericMissing().size(), 2u);
-    // The derived fields come behind, the range from an Interval in an Extension.
-    ASSERT_TRUE(parser.FillTransDict(list).IsOK());
-    EXPECT_EQ(list.Size(), 36u);
-    EXPECT_EQ(list.GetVarAt(list.FindVar("payment_ratio"))->GetMaximum(), 10);
-}
+    ExpectVariables(list, {{"binned", 1, 2, -1, 10},
+                           {"numbered_bins", 1, 2, kLowest, kHighest},
+                           {"one_bin", 1, 2, -1, 10},
+                           {"codes", 2, 1, 0, 0},
+                           {"words", 3, 3, 0, 0},
+                           {"plain", 1, 2, kLowest, kHighest},
+                           {"right_only", 1, 2, kLowest, -5},
+                           {"one_point", 1, 1, 3, 3},
+                           {"last_interval", 1, 4, kLowest, 7},
+                           {"text_cont", 1, 3, kLowest, kHighest},
+                           {"odd_optype", 2, 5, 0, 0},
+                           {"stamp", 1, 6, kLowest, kHighest}});
 
-TEST(SettingsFields, RequiredAttributesAndDataTypeWords)
-{
-    const std::string before = Field("name=\"a\" dataType=\"double\" optype=\"continuous\"");
-    const std::string after = Field("name=\"z\" dataType=\"double\" optype=\"continuous\"");
-    const struct {
-        const char* attributes;
-        long code;
-    } cases[] = {
-        {"dataType=\"double\" optype=\"continuous\"", 108},
-        {"name=\"x\" optype=\"continuous\"", 108},
-        {"name=\"x\" dataType=\"double\"", 108},
-        {"name=\"x\" dataType=\"timeSeconds\" optype=\"continuous\"", 109},
-        {"name=\"x\" dataType=\"dateDaysSince[1960]\" optype=\"continuous\"", 109},
-        {"name=\"x\" dataType=\"boolean\" optype=\"categorical\"", 109},
-        {"name=\"x\" dataType=\"Double\" optype=\"continuous\"", 109},
-        {"name=\"x\" dataType=\"double\" optype=\"anything\"", 0},
-        {"name=\"a\" dataType=\"double\" optype=\"continuous\"", 111},
-    };
-    for (const auto& c : cases) {
-        ZRVarList list;
-        EXPECT_EQ(Fill(list, before + Field(c.attributes) + after).GetCode(), c.code)
-            << c.attributes;
-        // The field before the failing one stays; nothing after it is read.
-        EXPECT_EQ(list.Size(), c.code == 0 ? 3u : 1u) << c.attributes;
-    }
-}
-
-TEST(SettingsFields, IntervalMargins)
-{
-    const struct {
-        const char* dataType;
-        const char* optype;
-        const char* children;
-        long code;
-        double minimum, maximum;
-    } cases[] = {
-        {"double", "continuous", "", 0, kLowest, kHighest},
-        {"double", "continuous", "<Interval rightMargin=\"-5\"/>", 0, kLowest, -5},
-        {"integer", "continuous", "<Interval leftMargin=\"3\" rightMargin=\"3\"/>", 0, 3, 3},
-        {"double", "continuous", "<Interval leftMargin=\"4\" rightMargin=\"3\"/>", 109, 0, 0},
-        {"double", "continuous", "<Interval leftMargin=\"abc\"/>", 109, 0, 0},
-        {"date", "continuous",
-         "<Interval leftMargin=\"1\" rightMargin=\"9\"/><Interval rightMargin=\"7\"/>", 0, kLowest,
-         7},
-        // Read, and refused, although a categorical field does not use it.
-        {"integer", "categorical", "<Interval leftMargin=\"x\"/>", 109, 0, 0},
-        {"string", "continuous", "<Interval leftMargin=\"x\"/><Extension name=\"y\"/>", 0,
-         kLowest, kHighest},
-    };
-    for (const auto& c : cases) {
-        ZRVarList list;
-        const std::string attributes = std::string("name=\"f\" dataType=\"") + c.dataType +
-                                       "\" optype=\"" + c.optype + "\"";
-        EXPECT_EQ(Fill(list, Field(attributes, c.children)).GetCode(), c.code) << c.children;
-        if (c.code != 0) {
-            EXPECT_EQ(list.Size(), 0u);
-            continue;
-        }
-        const IZRVariable* variable = list.GetVarAt(0);
-        ASSERT_NE(variable, nullptr);
-        EXPECT_EQ(variable->GetMinimum(), c.minimum) << c.children;
-        EXPECT_EQ(variable->GetMaximum(), c.maximum) << c.children;
-        EXPECT_FALSE(variable->GetUseBins());
-    }
-}
-
-TEST(SettingsFields, ValuesLabelsAndInvalidRange)
-{
-    ZRVarList list;
-    ASSERT_TRUE(Fill(list,
-                     Field("name=\"n\" dataType=\"integer\" optype=\"categorical\"",
-                           "<Value/><Value value=\"1\" displayValue=\"one\"/><Value value=\"2\"/>"
-                           "<Value value=\"9\" property=\"invalid\" displayValue=\"bad\"/>"
-                           "<Value value=\"8\" property=\"missing\"/>"
-                           "<Extension name=\"invalidRangeLower\" value=\"90\"/>") +
-                         Field("name=\"r\" dataType=\"double\" optype=\"continuous\"",
-                               "<Extension name=\"invalidRangeUpper\" value=\"oops\"/>") +
-                         Field("name=\"s\" dataType=\"string\" optype=\"categorical\"",
-                               "<Value value=\"\" displayValue=\"empty\"/>"
-                               "<Extension name=\"invalidRangeLower\" value=\"1\"/>"))
-                    .IsOK());
-    ASSERT_EQ(list.Size(), 3u);
-    const auto* numeric = list.GetVarAt(0)->GetEncoder();
-    EXPECT_EQ(numeric->GetNumericValues(), (std::vector<double>{1, 2}));
-    EXPECT_TRUE(numeric->GetValueLabels().empty());  // one label for two values
-    EXPECT_EQ(numeric->GetNumericMissing(),
+    const auto* codes = list.GetVarAt(3)->GetEncoder();
+    EXPECT_EQ(codes->GetNumericValues(), (Doubles{1, 2}));
+    EXPECT_TRUE(codes->GetValueLabels().empty());  // one label for two values
+    EXPECT_EQ(codes->GetNumericMissing(),
               (std::vector<std::pair<double, std::string>>{{9, "bad"}, {8, ""}}));
-    EXPECT_TRUE(numeric->HasMissingRange());
-    EXPECT_EQ(numeric->GetMissingRangeLower(), 90);
-    EXPECT_EQ(numeric->GetMissingRangeUpper(), kHighest);
-    EXPECT_FALSE(list.GetVarAt(1)->GetEncoder()->HasMissingRange());
-    const auto* text = list.GetVarAt(2)->GetEncoder();
-    EXPECT_EQ(text->GetStringValues(), std::vector<std::string>{""});
-    EXPECT_EQ(text->GetValueLabels(), std::vector<std::string>{"empty"});
-    EXPECT_FALSE(text->HasMissingRange());
+    EXPECT_TRUE(codes->HasMissingRange());
+    EXPECT_EQ(codes->GetMissingRangeLower(), 90);
+    EXPECT_EQ(codes->GetMissingRangeUpper(), kHighest);
+    const auto* words = list.GetVarAt(4)->GetEncoder();
+    EXPECT_EQ(words->GetStringValues(), Strings{""});
+    EXPECT_EQ(words->GetValueLabels(), Strings{"empty"});
+    EXPECT_FALSE(words->HasMissingRange());
+    EXPECT_FALSE(list.GetVarAt(5)->GetEncoder()->HasMissingRange());
 }
 
+// Bins come from the Discretize of the field; bin numbers as labels are not
+// passed on; one bin leaves the field's own margins; a continuous field
+// without Discretize stops the walk with 110.
 TEST(SettingsFields, BinsFromTheTransformationDictionary)
 {
-    const std::string cat = Field("name=\"c\" dataType=\"string\" optype=\"categorical\"");
-    const std::string cont =
-        Field("name=\"x\" dataType=\"double\" optype=\"continuous\"",
-              "<Interval leftMargin=\"-1\" rightMargin=\"10\"/>"
-              "<Value value=\"-9\" property=\"missing\"/>"
-              "<Extension name=\"invalidRangeLower\" value=\"-99\"/>");
-    auto discretize = [](const std::string& bins) {
-        return "<DerivedField name=\"b\"><Discretize field=\"x\">" + bins +
-               "</Discretize></DerivedField>";
-    };
-    auto bin = [](const char* label, const char* left, const char* right) {
-        return std::string("<DiscretizeBin binValue=\"") + label + "\"><Interval leftMargin=\"" +
-               left + "\" rightMargin=\"" + right + "\"/></DiscretizeBin>";
-    };
-
-    ZRVarList noDictionary;
-    EXPECT_EQ(Fill(noDictionary, cat + cont, true).GetCode(), 110);
-    EXPECT_EQ(noDictionary.Size(), 1u);
-    ZRVarList noDiscretize;
-    EXPECT_EQ(Fill(noDiscretize, cont, true, "<DerivedField name=\"d\"/>").GetCode(), 110);
-
-    ZRVarList binned;
-    ASSERT_TRUE(
-        Fill(binned, cont, true, discretize(bin("lo", "0", "1") + bin("mid", "1", "2") +
-                                            bin("hi", "2", "3")))
-            .IsOK());
-    const IZRVariable* variable = binned.GetVarAt(0);
-    EXPECT_TRUE(variable->GetUseBins());
-    EXPECT_EQ(variable->GetMinimum(), 0);
-    EXPECT_EQ(variable->GetMaximum(), 3);
-    EXPECT_EQ(variable->GetCutPoints(), (std::vector<double>{1, 2}));
-    EXPECT_EQ(variable->GetEncoder()->GetBinLabels(),
-              (std::vector<std::string>{"lo", "mid", "hi"}));
-    EXPECT_EQ(variable->GetEncoder()->GetCallOrder(),
-              (std::vector<std::string>{"SetBinLabels", "AddMissing", "SetMissingRange"}));
-    EXPECT_EQ(variable->GetValueFormat(), 2);
-
-    // Bin numbers as labels are not passed on.
-    ZRVarList numbered;
-    ASSERT_TRUE(Fill(numbered, cont, true,
-                     discretize(bin("0", "0", "1") + bin("1", "1", "2") + bin("2", "2", "3")))
-                    .IsOK());
-    EXPECT_TRUE(numbered.GetVarAt(0)->GetEncoder()->GetBinLabels().empty());
-
-    // One bin gives two cut points: the margins of the field's Interval count.
-    ZRVarList oneBin;
-    ASSERT_TRUE(Fill(oneBin, cont, true, discretize(bin("all", "0", "5"))).IsOK());
-    EXPECT_FALSE(oneBin.GetVarAt(0)->GetUseBins());
-    EXPECT_EQ(oneBin.GetVarAt(0)->GetMinimum(), -1);
-    EXPECT_EQ(oneBin.GetVarAt(0)->GetMaximum(), 10);
-    EXPECT_TRUE(oneBin.GetVarAt(0)->GetEncoder()->GetBinLabels().empty());
-}
-
-TEST(SettingsDerivedFields, IntervalsInsideExtensions)
-{
-    const std::string attributes = "name=\"d\" dataType=\"double\" optype=\"continuous\"";
-    const struct {
-        const char* children;
-        long code;
-        double minimum, maximum;
-    } cases[] = {
-        {"<Apply function=\"ln\"><FieldRef field=\"x\"/></Apply>", 0, kLowest, kHighest},
-        {"<Extension><Interval leftMargin=\"1\" rightMargin=\"2\"/></Extension>", 0, 1, 2},
-        {"<Interval leftMargin=\"1\" rightMargin=\"5\"/>"
-         "<Extension><Interval rightMargin=\"7\"/></Extension>", 0, kLowest, 7},
-        {"<Extension><Interval leftMargin=\"1\" rightMargin=\"5\"/></Extension>"
-         "<Interval leftMargin=\"2\"/>", 0, 2, kHighest},
-        // Only the first Interval of an Extension is read.
-        {"<Extension><Interval leftMargin=\"1\" rightMargin=\"5\"/><Interval leftMargin=\"x\"/>"
-         "</Extension>", 0, 1, 5},
-        {"<Extension><Interval leftMargin=\"3\" rightMargin=\"2\"/></Extension>", 109, 0, 0},
-    };
-    for (const auto& c : cases) {
-        ZRVarList list;
-        EXPECT_EQ(FillDerived(list, Field(attributes, c.children, "DerivedField")).GetCode(),
-                  c.code)
-            << c.children;
-        if (c.code != 0)
-            continue;
-        ASSERT_EQ(list.Size(), 1u);
-        EXPECT_EQ(list.GetVarAt(0)->GetMinimum(), c.minimum) << c.children;
-        EXPECT_EQ(list.GetVarAt(0)->GetMaximum(), c.maximum) << c.children;
-    }
-}
-
-TEST(SettingsDerivedFields, DifferencesFromTheDataDictionary)
-{
-    ZRVarList none;
-    EXPECT_TRUE(FillDerived(none, "").IsOK());  // no dictionary: OK, no bins asked
-    EXPECT_TRUE(FillDerived(none, "<Other/>").IsOK());
-    EXPECT_EQ(none.Size(), 0u);
-
-    // A discretised field is never binned here, and a string field ignores
-    // what would be faults in a numeric one.
+    ZRSettingsParser parser;
+    ASSERT_TRUE(ParseFile(parser, "fields.xml").IsOK());
     ZRVarList list;
-    EXPECT_EQ(FillDerived(list,
-                          Field("name=\"s\" dataType=\"string\" optype=\"categorical\"",
-                                "<Interval leftMargin=\"x\"/><Extension><Interval leftMargin="
-                                "\"5\" rightMargin=\"1\"/></Extension>",
-                                "DerivedField") +
-                              Field("name=\"c\" dataType=\"double\" optype=\"continuous\"",
-                                    "<Discretize field=\"c\"><DiscretizeBin binValue=\"a\">"
-                                    "<Interval leftMargin=\"0\" rightMargin=\"1\"/>"
-                                    "</DiscretizeBin></Discretize>",
-                                    "DerivedField") +
-                              Field("name=\"bad\" dataType=\"timeSeconds\" optype=\"continuous\"",
-                                    "", "DerivedField"))
-                  .GetCode(),
-              109);
-    ASSERT_EQ(list.Size(), 2u);
-    EXPECT_EQ(list.GetVarAt(0)->GetVarType(), 3);
-    EXPECT_FALSE(list.GetVarAt(1)->GetUseBins());
-    EXPECT_EQ(list.GetVarAt(1)->GetMinimum(), kLowest);
+    EXPECT_EQ(parser.FillVarList(list, true).GetCode(), 110);
+    ASSERT_EQ(list.Size(), 5u);
+    const IZRVariable& binned = *list.GetVarAt(0);
+    EXPECT_TRUE(binned.GetUseBins());
+    EXPECT_EQ(Doubles({binned.GetMinimum(), binned.GetMaximum()}), (Doubles{0, 3}));
+    EXPECT_EQ(binned.GetCutPoints(), (Doubles{1, 2}));
+    EXPECT_EQ(binned.GetEncoder()->GetBinLabels(), (Strings{"lo", "mid", "hi"}));
+    EXPECT_EQ(binned.GetEncoder()->GetCallOrder(),
+              (Strings{"SetBinLabels", "AddMissing", "SetMissingRange"}));
+    EXPECT_EQ(binned.GetValueFormat(), 2);
+    EXPECT_TRUE(list.GetVarAt(1)->GetUseBins());
+    EXPECT_TRUE(list.GetVarAt(1)->GetEncoder()->GetBinLabels().empty());
+    const IZRVariable& oneBin = *list.GetVarAt(2);
+    EXPECT_FALSE(oneBin.GetUseBins());
+    EXPECT_EQ(Doubles({oneBin.GetMinimum(), oneBin.GetMaximum()}), (Doubles{-1, 10}));
+
+    ZRSettingsParser noDictionary;
+    ASSERT_TRUE(Parse(noDictionary, Doc("<DataField name=\"x\" dataType=\"double\" "
+                                        "optype=\"continuous\"/>")).IsOK());
+    EXPECT_EQ(noDictionary.FillVarList(list, true).GetCode(), 110);
+    EXPECT_TRUE(noDictionary.FillTransDict(list).IsOK());
+    EXPECT_EQ(list.Size(), 5u);
+}
+
+TEST(SettingsFields, DerivedFieldsOfAFile)
+{
+    ZRSettingsParser parser;
+    ASSERT_TRUE(ParseFile(parser, "fields.xml").IsOK());
+    ZRVarList list;
+    ASSERT_TRUE(parser.FillTransDict(list).IsOK());
+    ExpectVariables(list, {{"binned_bins", 3, 3, 0, 0},
+                           {"numbered_bins_bins", 3, 3, 0, 0},
+                           {"one_bin_bins", 3, 3, 0, 0},
+                           {"derived_plain", 1, 2, kLowest, kHighest},
+                           {"in_extension", 1, 2, 1, 2},
+                           {"extension_last", 1, 2, kLowest, 7},
+                           {"interval_last", 1, 2, 2, kHighest},
+                           {"first_in_extension", 1, 2, 1, 5},
+                           {"derived_text", 3, 3, 0, 0},
+                           {"self_binned", 1, 2, kLowest, kHighest}});
+    EXPECT_FALSE(list.GetVarAt(9)->GetUseBins());
+}
+
+// Between a good field and another, a faulty field stops the walk: the field
+// before stays, nothing after it is read.
+TEST(SettingsFields, FaultsStopTheWalk)
+{
+    const std::pair<const char*, long> cases[] = {
+        {R"(<DataField dataType="double" optype="continuous"/>)", 108},
+        {R"(<DataField name="x" optype="continuous"/>)", 108},
+        {R"(<DataField name="x" dataType="double"/>)", 108},
+        {R"(<DataField name="x" dataType="timeSeconds" optype="continuous"/>)", 109},
+        {R"(<DataField name="x" dataType="dateDaysSince[1960]" optype="continuous"/>)", 109},
+        {R"(<DataField name="x" dataType="boolean" optype="categorical"/>)", 109},
+        {R"(<DataField name="x" dataType="Double" optype="continuous"/>)", 109},
+        {R"(<DataField name="a" dataType="double" optype="continuous"/>)", 111},
+        {R"(<DataField name="x" dataType="double" optype="continuous">
+            <Interval leftMargin="4" rightMargin="3"/></DataField>)", 109},
+        {R"(<DataField name="x" dataType="double" optype="continuous">
+            <Interval leftMargin="abc"/></DataField>)", 109},
+        // Read, and refused, although a categorical field does not use it.
+        {R"(<DataField name="x" dataType="integer" optype="categorical">
+            <Interval leftMargin="x"/></DataField>)", 109},
+        {R"(<DerivedField name="x" dataType="timeSeconds" optype="continuous"/>)", 109},
+        {R"(<DerivedField name="x" dataType="double" optype="continuous">
+            <Extension><Interval leftMargin="3" rightMargin="2"/></Extension></DerivedField>)", 109},
+    };
+    for (const auto& [field, code] : cases) {
+        const bool derived = std::string(field).find("<Derived") == 0;
+        auto good = [derived](const char* name) {
+            return std::string(derived ? "<DerivedField" : "<DataField") + " name=\"" + name +
+                   "\" dataType=\"double\" optype=\"continuous\"/>";
+        };
+        const std::string fields = good("a") + field + good("z");
+        ZRSettingsParser parser;
+        ASSERT_TRUE(Parse(parser, derived ? Doc("", "", fields) : Doc(fields)).IsOK());
+        ZRVarList list;
+        EXPECT_EQ((derived ? parser.FillTransDict(list) : parser.FillVarList(list, false)).GetCode(),
+                  code) << field;
+        EXPECT_EQ(list.Size(), 1u) << field;
+    }
 }
 
 } // namespace

@@ -1,8 +1,6 @@
-// Variable roles: the two readers of a list of names, the single form, and
-// the reach of the role queries.
+// Variable roles: the array reading against the two readings of names, and
+// which reading and name each role query uses.
 #include "SettingsTestUtil.h"
-
-#include <gtest/gtest.h>
 
 using namespace settingstest;
 using ZRXPrsUtil::ZRSettingsParser;
@@ -10,122 +8,75 @@ using Names = std::vector<std::string>;
 
 namespace {
 
-TEST(SettingsRoles, ExampleDocument)
-{
-    ZRSettingsParser parser;
-    ASSERT_TRUE(ParseExample(parser).IsOK());
-    using Query = ZRCommon::ZRStatus (ZRSettingsParser::*)(Names&) const;
-    const std::pair<Query, Names> cases[] = {
-        {&ZRSettingsParser::GetTargetVars, {"default_flag"}},
-        {&ZRSettingsParser::GetCatResponseVars, {"default_flag"}},
-        {&ZRSettingsParser::GetContResponseVars, {"loss_amount"}},
-        {&ZRSettingsParser::GetCatPredictors,
-         {"gender", "region", "education", "employment", "home_owner", "product"}},
-    };
-    for (const auto& [query, expected] : cases) {
-        Names names;
-        EXPECT_TRUE((parser.*query)(names).IsOK());
-        EXPECT_EQ(names, expected);
-    }
-    Names names;
-    EXPECT_TRUE(parser.GetPredictors(names).IsOK());
-    EXPECT_EQ(names.size(), 12u);
-    std::string weight;
-    EXPECT_TRUE(parser.GetFrequencyWeight(weight).IsOK());
-    EXPECT_EQ(weight, "case_weight");
-}
-
-// The same Parameter read by GetPredictors ("inputs", the array reading) and
-// by GetCatPredictors ("CatPredictors", the isList reading).
-TEST(SettingsRoles, ArrayReadingAgainstIsListReading)
+// The Parameter "names:X" of parameters.xml read by GetArray, by the list
+// form of GetVariables and by its single form.
+TEST(SettingsRoles, ArrayReadingAgainstNameReadings)
 {
     const struct {
-        const char* attributes;
-        const char* children;
+        const char* name;
         long arrayCode;
         Names arrayNames;
         long listCode;
         Names listNames;
+        long singleCode;
+        const char* single;
     } cases[] = {
-        {"", "<ListValue><Value value=\"a\"/></ListValue>", 0, {"a"}, 108, {}},
-        {"value=\"v\"", "<ListValue><Value value=\"a\"/></ListValue>", 0, {"a"}, 0, {"v"}},
-        {"isList=\"true\" value=\"v\"", "", 0, {"v"}, 122, {}},
-        {"isList=\"true\"", "", 123, {}, 122, {}},
-        {"", "", 123, {}, 108, {}},
-        {"isList=\"true\"", "<ListValue/>", 123, {}, 0, {}},
-        {"isList=\"true\"",
-         "<ListValue><Value value=\"a\"/><Value/><Value value=\"b\"/></ListValue>", 123, {"a"},
-         108, {"a"}},
-        {"isList=\"true\"",
-         "<ListValue><Value value=\"a\"/><!-- c --><Value value=\"\"/> <Value value=\"b c\"/>"
-         "</ListValue>", 0, {"a", "b c"}, 0, {"a", "b c"}},
-        {"value=\"\"", "", 0, {}, 0, {}},
-        {"isList=\"false\"", "<ListValue><Value value=\"a\"/></ListValue>", 0, {"a"}, 108, {}},
+        {"list", 0, {"a"}, 108, {}, 108, "old"},
+        {"value_and_list", 0, {"a"}, 0, {"v"}, 0, "v"},
+        {"marked_value", 0, {"v"}, 122, {}, 0, "v"},
+        {"marked", 123, {}, 122, {}, 121, "old"},
+        {"marked_empty_list", 123, {}, 0, {}, 121, "old"},
+        {"marked_hole", 123, {"a"}, 108, {"a"}, 121, "old"},
+        {"marked_noise", 0, {"a", "b c"}, 0, {"a", "b c"}, 121, "old"},
+        {"empty_value", 0, {}, 0, {}, 0, ""},
+        {"unmarked_list", 0, {"a"}, 108, {}, 108, "old"},
+        {"missing", 120, {"old"}, 120, {"old"}, 120, "old"},
     };
-    for (const auto& c : cases) {
-        const std::string rest = std::string(c.attributes) + ">" + c.children + "</Parameter>";
-        ZRSettingsParser parser;
-        ASSERT_TRUE(Parse(parser, Params("<Parameter name=\"inputs\" " + rest +
-                                         "<Parameter name=\"CatPredictors\" " + rest))
-                        .IsOK());
-        Names names{"old"};
-        const ZRCommon::ZRStatus array = parser.GetPredictors(names);
-        EXPECT_EQ(array.GetCode(), c.arrayCode) << rest;
-        EXPECT_EQ(array.GetFlag(), c.arrayCode == 123) << rest;
-        EXPECT_EQ(names, c.arrayNames) << rest;
-        names = {"old"};
-        const ZRCommon::ZRStatus list = parser.GetCatPredictors(names);
-        EXPECT_EQ(list.GetCode(), c.listCode) << rest;
-        EXPECT_FALSE(list.GetFlag()) << rest;
-        EXPECT_EQ(names, c.listNames) << rest;
-    }
-}
-
-TEST(SettingsRoles, SingleForm)
-{
-    const struct {
-        const char* parameter;
-        long code;
-        const char* weight;
-    } cases[] = {
-        {"<Parameter name=\"FrequencyWeightVar\" value=\"w\" isList=\"true\"/>", 0, "w"},
-        {"<Parameter name=\"FrequencyWeightVar\" value=\"\"/>", 0, ""},
-        {"<Parameter name=\"FrequencyWeightVar\" isList=\"true\"><ListValue/></Parameter>", 121,
-         "old"},
-        {"<Parameter name=\"FrequencyWeightVar\"/>", 108, "old"},
-        {"<Parameter value=\"nameless\"/><Parameter name=\"FrequencyWeightVar\" value=\"w\"/>", 0,
-         "w"},
-        // The first of one name counts, even when it fails.
-        {"<Parameter name=\"FrequencyWeightVar\"/><Parameter name=\"FrequencyWeightVar\" "
-         "value=\"w\"/>", 108, "old"},
-        {"<Parameter name=\"frequencyWeightVar\" value=\"w\"/>", 120, "old"},
-    };
-    for (const auto& c : cases) {
-        ZRSettingsParser parser;
-        ASSERT_TRUE(Parse(parser, Params(c.parameter)).IsOK());
-        std::string weight = "old";
-        EXPECT_EQ(parser.GetFrequencyWeight(weight).GetCode(), c.code) << c.parameter;
-        EXPECT_EQ(weight, c.weight) << c.parameter;
-    }
-}
-
-TEST(SettingsRoles, OnlyDirectChildrenOfParametersAndFlagOnlyFor120)
-{
     ZRSettingsParser parser;
-    ASSERT_TRUE(Parse(parser, Params("<ComplexParameter name=\"g\"><Parameter name=\"target\" "
-                                     "value=\"t\"/><Parameter name=\"ContResponses\" "
-                                     "value=\"r\"/></ComplexParameter>"))
-                    .IsOK());
-    Names names{"old"};
-    const ZRCommon::ZRStatus target = parser.GetTargetVars(names);
-    EXPECT_EQ(target.GetCode(), 120);
-    EXPECT_TRUE(target.GetFlag());
-    const ZRCommon::ZRStatus responses = parser.GetContResponseVars(names);
-    EXPECT_EQ(responses.GetCode(), 120);
-    EXPECT_TRUE(responses.GetFlag());
-    EXPECT_EQ(parser.GetVariables("ContResponses", names[0]).GetCode(), 120);
-    EXPECT_EQ(parser.GetVariables(nullptr, names).GetCode(), 120);
-    EXPECT_EQ(names, Names{"old"});
+    ASSERT_TRUE(ParseFile(parser, "parameters.xml").IsOK());
+    for (const auto& c : cases) {
+        const std::string name = std::string("names:") + c.name;
+        Names names{"old"};
+        EXPECT_EQ(Code(parser.GetArray(name.c_str(), names)), c.arrayCode) << name;
+        EXPECT_EQ(names, c.arrayNames) << name;
+        names = {"old"};
+        EXPECT_EQ(Code(parser.GetVariables(name.c_str(), names)), c.listCode) << name;
+        EXPECT_EQ(names, c.listNames) << name;
+        std::string single = "old";
+        EXPECT_EQ(Code(parser.GetVariables(name.c_str(), single)), c.singleCode) << name;
+        EXPECT_EQ(single, c.single) << name;
+    }
+}
+
+// Each role Parameter of roles.xml answers only to its own query, read the
+// way that query reads; role names inside a group are not seen.
+TEST(SettingsRoles, EachQueryReadsItsParameter)
+{
+    using Query = ZRCommon::ZRStatus (ZRSettingsParser::*)(Names&) const;
+    const std::pair<Query, Names> cases[] = {
+        {&ZRSettingsParser::GetTargetVars, {"t"}},
+        {&ZRSettingsParser::GetPredictors, {"i"}},
+        {&ZRSettingsParser::GetCatResponseVars, {"cr"}},
+        {&ZRSettingsParser::GetContResponseVars, {"kr"}},
+        {&ZRSettingsParser::GetCatPredictors, {"cp"}},
+        {&ZRSettingsParser::GetContPredictors, {"kp"}},
+    };
+    ZRSettingsParser roles;
+    ASSERT_TRUE(ParseFile(roles, "roles.xml").IsOK());
+    ZRSettingsParser grouped;
+    ASSERT_TRUE(ParseFile(grouped, "parameters.xml").IsOK());
+    for (const auto& [query, expected] : cases) {
+        Names names;
+        EXPECT_TRUE((roles.*query)(names).IsOK());
+        EXPECT_EQ(names, expected);
+        names = {"old"};
+        EXPECT_EQ(Code((grouped.*query)(names)), 120);
+        EXPECT_EQ(names, Names{"old"});
+    }
+    std::string weight;
+    EXPECT_TRUE(roles.GetFrequencyWeight(weight).IsOK());
+    EXPECT_EQ(weight, "w");
+    EXPECT_EQ(Code(grouped.GetFrequencyWeight(weight)), 120);
 }
 
 } // namespace
