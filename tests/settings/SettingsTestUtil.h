@@ -10,6 +10,7 @@
 #include <limits>
 #include <sstream>
 #include <string>
+#include <tuple>
 
 namespace settingstest {
 
@@ -49,6 +50,14 @@ inline long Code(const ZRCommon::ZRStatus& status)
     const long code = status.GetCode();
     EXPECT_EQ(status.GetFlag(), code == 120 || code == 123) << code;
     return code;
+}
+
+// Calls `read` on a copy of `out`: expects the code and what `out` holds then.
+template <class T, class Read>
+void ExpectRead(const Read& read, T out, long code, const T& expected, const std::string& what)
+{
+    EXPECT_EQ(Code(read(out)), code) << what;
+    EXPECT_EQ(out, expected) << what;
 }
 
 } // namespace settingstest

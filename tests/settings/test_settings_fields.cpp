@@ -11,30 +11,25 @@ using Strings = std::vector<std::string>;
 
 namespace {
 
-struct Expected {
-    const char* name;
-    int type, storage;
-    double minimum, maximum;
-};
+// name; kind, storage code; margins of an unbinned continuous variable
+using Expected = std::tuple<std::string, int, int, double, double>;
 
 void ExpectVariables(const ZRVarList& list, const std::vector<Expected>& expected)
 {
     ASSERT_EQ(list.Size(), expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        const Expected& e = expected[i];
-        const IZRVariable& variable = *list.GetVarAt(static_cast<int>(i));
-        EXPECT_EQ(variable.GetName(), e.name);
-        EXPECT_EQ(variable.GetVarType(), e.type) << e.name;
-        EXPECT_EQ(variable.GetValueFormat(), e.storage) << e.name;
-        EXPECT_EQ(variable.GetRole(), IZRVariable::eRoleInput) << e.name;
-        if (e.type == 1 && !variable.GetUseBins()) {
-            EXPECT_EQ(variable.GetMinimum(), e.minimum) << e.name;
-            EXPECT_EQ(variable.GetMaximum(), e.maximum) << e.name;
-        }
+        const auto& [name, type, storage, minimum, maximum] = expected[i];
+        const IZRVariable& v = *list.GetVarAt(static_cast<int>(i));
+        const bool margins = type == 1 && !v.GetUseBins();
+        EXPECT_EQ(Expected(v.GetName(), v.GetVarType(), v.GetValueFormat(),
+                           margins ? v.GetMinimum() : 0, margins ? v.GetMaximum() : 0),
+                  Expected(name, type, storage, margins ? minimum : 0, margins ? maximum : 0));
+        EXPECT_EQ(v.GetRole(), IZRVariable::eRoleInput) << name;
     }
 }
 
-TEST(SettingsFields, DataFieldsOfAFile)
+// Every field of fields.xml as a variable, by FillVarList and FillTransDict.
+TEST(SettingsFields, FieldsOfAFile)
 {
     ZRSettingsParser parser;
     ASSERT_TRUE(ParseFile(parser, "fields.xml").IsOK());
@@ -66,6 +61,20 @@ TEST(SettingsFields, DataFieldsOfAFile)
     EXPECT_EQ(words->GetValueLabels(), Strings{"empty"});
     EXPECT_FALSE(words->HasMissingRange());
     EXPECT_FALSE(list.GetVarAt(5)->GetEncoder()->HasMissingRange());
+
+    ZRVarList derived;
+    ASSERT_TRUE(parser.FillTransDict(derived).IsOK());
+    ExpectVariables(derived, {{"binned_bins", 3, 3, 0, 0},
+                              {"numbered_bins_bins", 3, 3, 0, 0},
+                              {"one_bin_bins", 3, 3, 0, 0},
+                              {"derived_plain", 1, 2, kLowest, kHighest},
+                              {"in_extension", 1, 2, 1, 2},
+                              {"extension_last", 1, 2, kLowest, 7},
+                              {"interval_last", 1, 2, 2, kHighest},
+                              {"first_in_extension", 1, 2, 1, 5},
+                              {"derived_text", 3, 3, 0, 0},
+                              {"self_binned", 1, 2, kLowest, kHighest}});
+    EXPECT_FALSE(derived.GetVarAt(9)->GetUseBins());
 }
 
 // Bins come from the Discretize of the field; bin numbers as labels are not
@@ -98,25 +107,6 @@ TEST(SettingsFields, BinsFromTheTransformationDictionary)
     EXPECT_EQ(noDictionary.FillVarList(list, true).GetCode(), 110);
     EXPECT_TRUE(noDictionary.FillTransDict(list).IsOK());
     EXPECT_EQ(list.Size(), 5u);
-}
-
-TEST(SettingsFields, DerivedFieldsOfAFile)
-{
-    ZRSettingsParser parser;
-    ASSERT_TRUE(ParseFile(parser, "fields.xml").IsOK());
-    ZRVarList list;
-    ASSERT_TRUE(parser.FillTransDict(list).IsOK());
-    ExpectVariables(list, {{"binned_bins", 3, 3, 0, 0},
-                           {"numbered_bins_bins", 3, 3, 0, 0},
-                           {"one_bin_bins", 3, 3, 0, 0},
-                           {"derived_plain", 1, 2, kLowest, kHighest},
-                           {"in_extension", 1, 2, 1, 2},
-                           {"extension_last", 1, 2, kLowest, 7},
-                           {"interval_last", 1, 2, 2, kHighest},
-                           {"first_in_extension", 1, 2, 1, 5},
-                           {"derived_text", 3, 3, 0, 0},
-                           {"self_binned", 1, 2, kLowest, kHighest}});
-    EXPECT_FALSE(list.GetVarAt(9)->GetUseBins());
 }
 
 // Between a good field and another, a faulty field stops the walk: the field

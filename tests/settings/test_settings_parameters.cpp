@@ -13,15 +13,8 @@ namespace {
 // true.
 TEST(SettingsParameters, EachFormAcceptsAndRefuses)
 {
-    const struct {
-        const char* text;
-        long intCode;
-        int intValue;
-        long doubleCode;
-        double doubleValue;
-        long boolCode;
-        bool boolValue;
-    } cases[] = {
+    // text; int code, value; double code, value; bool code, value
+    const std::tuple<std::string, long, int, long, double, long, bool> cases[] = {
         {"0", 0, 0, 0, 0.0, 109, true},
         {"17", 0, 17, 0, 17.0, 109, true},
         {"-1", 109, -1, 0, -1.0, 109, true},
@@ -38,20 +31,13 @@ TEST(SettingsParameters, EachFormAcceptsAndRefuses)
     };
     ZRSettingsParser parser;
     ASSERT_TRUE(ParseFile(parser, "parameters.xml").IsOK());
-    for (const auto& c : cases) {
-        const std::string name = std::string("text:") + c.text;
-        std::string text = "old";
-        EXPECT_TRUE(parser.GetParameter(name.c_str(), text).IsOK());
-        EXPECT_EQ(text, c.text);
-        int number = 42;
-        EXPECT_EQ(Code(parser.GetParameter(name.c_str(), number)), c.intCode) << c.text;
-        EXPECT_EQ(number, c.intValue) << c.text;
-        double real = 42.5;
-        EXPECT_EQ(Code(parser.GetParameter(name.c_str(), real)), c.doubleCode) << c.text;
-        EXPECT_EQ(real, c.doubleValue) << c.text;
-        bool flag = true;
-        EXPECT_EQ(Code(parser.GetParameter(name.c_str(), flag)), c.boolCode) << c.text;
-        EXPECT_EQ(flag, c.boolValue) << c.text;
+    for (const auto& [text, intCode, intValue, doubleCode, doubleValue, boolCode, boolValue] : cases) {
+        const std::string name = "text:" + text;
+        auto get = [&](auto& out) { return parser.GetParameter(name.c_str(), out); };
+        ExpectRead(get, std::string("old"), 0, text, text);
+        ExpectRead(get, 42, intCode, intValue, text);
+        ExpectRead(get, 42.5, doubleCode, doubleValue, text);
+        ExpectRead(get, true, boolCode, boolValue, text);
     }
 }
 
@@ -73,18 +59,14 @@ TEST(SettingsParameters, NamesAndDeclaredTypes)
     for (const auto& [name, type] : types)
         EXPECT_EQ(parser.GetParameterType(name), type) << (name ? name : "null");
 
-    const struct {
-        const char* name;
-        long code;
-        const char* text;
-    } lookups[] = {
+    // name, code, value read
+    const std::tuple<const char*, long, std::string> lookups[] = {
         {"", 0, "empty name"}, {"Case", 0, "5"},        {"case", 120, "old"},
         {"twice", 123, "old"}, {nullptr, 120, "old"}, {"\xff\xfe", 120, "old"},
     };
-    for (const auto& c : lookups) {
-        std::string text = "old";
-        EXPECT_EQ(Code(parser.GetParameter(c.name, text)), c.code) << (c.name ? c.name : "null");
-        EXPECT_EQ(text, c.text);
+    for (const auto& [name, code, text] : lookups) {
+        ExpectRead([&, n = name](std::string& out) { return parser.GetParameter(n, out); },
+                   std::string("old"), code, text, name ? name : "null");
     }
     EXPECT_NE(parser.GetComplexParameter(""), nullptr);
     EXPECT_EQ(parser.GetComplexParameter(nullptr), nullptr);

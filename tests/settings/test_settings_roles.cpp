@@ -12,15 +12,8 @@ namespace {
 // form of GetVariables and by its single form.
 TEST(SettingsRoles, ArrayReadingAgainstNameReadings)
 {
-    const struct {
-        const char* name;
-        long arrayCode;
-        Names arrayNames;
-        long listCode;
-        Names listNames;
-        long singleCode;
-        const char* single;
-    } cases[] = {
+    // name; GetArray code, names; list form code, names; single form code, name
+    const std::tuple<const char*, long, Names, long, Names, long, std::string> cases[] = {
         {"list", 0, {"a"}, 108, {}, 108, "old"},
         {"value_and_list", 0, {"a"}, 0, {"v"}, 0, "v"},
         {"marked_value", 0, {"v"}, 122, {}, 0, "v"},
@@ -34,17 +27,14 @@ TEST(SettingsRoles, ArrayReadingAgainstNameReadings)
     };
     ZRSettingsParser parser;
     ASSERT_TRUE(ParseFile(parser, "parameters.xml").IsOK());
-    for (const auto& c : cases) {
-        const std::string name = std::string("names:") + c.name;
-        Names names{"old"};
-        EXPECT_EQ(Code(parser.GetArray(name.c_str(), names)), c.arrayCode) << name;
-        EXPECT_EQ(names, c.arrayNames) << name;
-        names = {"old"};
-        EXPECT_EQ(Code(parser.GetVariables(name.c_str(), names)), c.listCode) << name;
-        EXPECT_EQ(names, c.listNames) << name;
-        std::string single = "old";
-        EXPECT_EQ(Code(parser.GetVariables(name.c_str(), single)), c.singleCode) << name;
-        EXPECT_EQ(single, c.single) << name;
+    for (const auto& [suffix, arrayCode, arrayNames, listCode, listNames, singleCode, single] :
+         cases) {
+        const std::string name = std::string("names:") + suffix;
+        auto array = [&](Names& out) { return parser.GetArray(name.c_str(), out); };
+        auto names = [&](auto& out) { return parser.GetVariables(name.c_str(), out); };
+        ExpectRead(array, Names{"old"}, arrayCode, arrayNames, name);
+        ExpectRead(names, Names{"old"}, listCode, listNames, name);
+        ExpectRead(names, std::string("old"), singleCode, single, name);
     }
 }
 
@@ -66,12 +56,9 @@ TEST(SettingsRoles, EachQueryReadsItsParameter)
     ZRSettingsParser grouped;
     ASSERT_TRUE(ParseFile(grouped, "parameters.xml").IsOK());
     for (const auto& [query, expected] : cases) {
-        Names names;
-        EXPECT_TRUE((roles.*query)(names).IsOK());
-        EXPECT_EQ(names, expected);
-        names = {"old"};
-        EXPECT_EQ(Code((grouped.*query)(names)), 120);
-        EXPECT_EQ(names, Names{"old"});
+        ExpectRead([&, q = query](Names& out) { return (roles.*q)(out); }, Names{}, 0, expected, "");
+        ExpectRead([&, q = query](Names& out) { return (grouped.*q)(out); }, Names{"old"}, 120,
+                   Names{"old"}, "");
     }
     std::string weight;
     EXPECT_TRUE(roles.GetFrequencyWeight(weight).IsOK());
