@@ -29,10 +29,10 @@ public:
         std::ifstream stream(path, std::ios::binary);
         return ParseToDOM(stream).GetCode();
     }
-    // The first element of that tag in the held document.
-    const xercesc::DOMElement* Find(const char16_t* tag) const {
+    // The element of that tag and index, in document order, in the held document.
+    const xercesc::DOMElement* Find(const char16_t* tag, std::size_t index = 0) const {
         return static_cast<const xercesc::DOMElement*>(
-            document->getElementsByTagName(tag)->item(0));
+            document->getElementsByTagName(tag)->item(index));
     }
 };
 
@@ -58,6 +58,13 @@ inline std::string Num(double value) {
     std::ostringstream text;
     text << value;
     return text.str();
+}
+
+inline std::string ToText(const char16_t* text) {
+    std::string result;
+    for (; *text; ++text)
+        result += static_cast<char>(*text);  // the tests' names are ASCII
+    return result;
 }
 
 template <typename List, typename Show>

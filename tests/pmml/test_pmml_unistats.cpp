@@ -5,7 +5,8 @@
 
 #include <zrcommonr/ZRMV.h>
 
-using pmmltest::Doc;
+#include <algorithm>
+
 using pmmltest::Parser;
 using ZRMetadata::ZRUniStats;
 using Doubles = std::vector<double>;
@@ -14,20 +15,32 @@ namespace {
 
 const double M = ZRMV::gMissingValue;
 
+// The status of each UnivariateStats of the model, read into `make()`; a
+// failure must leave that object alone.
+template <typename Make>
+std::vector<long> Walk(Parser& parser, const char16_t* model, Make make,
+                       std::vector<ZRUniStats>* results = nullptr) {
+    EXPECT_TRUE(parser.SetModelElmt(*parser.Find(model)));
+    std::vector<long> codes;
+    const xercesc::DOMElement* position = nullptr;
+    while (true) {
+        ZRUniStats stats = make();
+        const long code = parser.FillUniStats(stats, position).GetCode();
+        if (!position)
+            return codes;
+        codes.push_back(code);
+        EXPECT_TRUE(code == 0 || stats.GetFieldName() == make().GetFieldName()) << code;
+        if (results)
+            results->push_back(stats);
+    }
+}
+
 TEST(PMMLUniStats, WalkOfAModelFromAFile) {
     Parser parser;
     ASSERT_EQ(parser.ParseFile(pmmltest::kDictionary), 0);
-    ASSERT_TRUE(parser.SetModelElmt(*parser.Find(u"TreeModel")));
-    std::vector<long> codes;
     std::vector<ZRUniStats> results;
-    ZRUniStats stats;
-    const xercesc::DOMElement* position = nullptr;
-    for (long code = parser.FillUniStats(stats, position).GetCode(); position;
-         code = parser.FillUniStats(stats, position).GetCode()) {
-        codes.push_back(code);
-        results.push_back(stats);
-    }
-    ASSERT_EQ(codes, (std::vector<long>{0, 0, 109, 109}));
+    ASSERT_EQ(Walk(parser, u"TreeModel", [] { return ZRUniStats(); }, &results),
+              (std::vector<long>{0, 0, 109, 109}));
     EXPECT_EQ(results[0].GetFieldName(), "cat_num");
     EXPECT_FALSE(results[0].IsContinuous());
     EXPECT_EQ(results[0].GetTotalFreq(), 120.0);
@@ -39,103 +52,70 @@ TEST(PMMLUniStats, WalkOfAModelFromAFile) {
     const ZRUniStats::SummStats& summary = cont.GetSummStats();
     EXPECT_EQ(Doubles({summary.minimum, summary.maximum, summary.mean, summary.stdDev}),
               (Doubles{0, 900000, 42000.5, 30500.25}));
-    EXPECT_EQ(results[3].GetFieldName(), "cont");  // failures leave the object alone
 }
 
-// The status of one UnivariateStats with a Counts of totalFreq 10 and `body`,
-// read into a fresh object (or `earlier`), which a failure must leave alone.
-long ReadOne(const std::string& body, ZRUniStats earlier = ZRUniStats(),
-             const std::string& counts = "<Counts totalFreq=\"10\"/>") {
-    Parser parser;
-    EXPECT_EQ(parser.Parse(Doc("", "<TreeModel><Extension/><ModelStats><UnivariateStats field=\"f\">" +
-                                       counts + body + "</UnivariateStats></ModelStats></TreeModel>")),
-              0);
-    EXPECT_TRUE(parser.SetModelElmt(*parser.Find(u"TreeModel")));
-    const xercesc::DOMElement* position = nullptr;
-    ZRUniStats stats = earlier;
-    const long code = parser.FillUniStats(stats, position).GetCode();
-    EXPECT_NE(position, nullptr);
-    if (code != 0) {
-        EXPECT_EQ(stats.GetFieldName(), earlier.GetFieldName()) << body;
-    }
-    return code;
-}
-
+// Each UnivariateStats of stats_faults.pmml is named after the status it
+// gives ("_ok" for OK); the one without a name gives 108.
 TEST(PMMLUniStats, StatusOfEachFault) {
-    const std::string discr = "<DiscrStats><Array type=\"int\">1 0</Array></DiscrStats>";
-    const std::string interval = "<Interval closure=\"openOpen\" leftMargin=\"0\" rightMargin=\"1\"/>";
-    EXPECT_EQ(ReadOne(discr, ZRUniStats(), "<Counts totalFreq=\"0\"/>"), 0);
-    EXPECT_EQ(ReadOne(discr, ZRUniStats(), "<Counts/>"), 108);
-    EXPECT_EQ(ReadOne(discr, ZRUniStats(), "<Counts totalFreq=\"-1\"/>"), 109);
-    EXPECT_EQ(ReadOne(discr, ZRUniStats(), "<Counts totalFreq=\"NaN\"/>"), 109);
-    EXPECT_EQ(ReadOne(discr, ZRUniStats(), ""), 113);
-    EXPECT_EQ(ReadOne(""), 113);
-    EXPECT_EQ(ReadOne("<DiscrStats/>"), 113);
-    EXPECT_EQ(ReadOne("<DiscrStats><Array>1</Array></DiscrStats>"), 108);
-    EXPECT_EQ(ReadOne("<DiscrStats><Array type=\"string\">a</Array></DiscrStats>"), 109);
-    EXPECT_EQ(ReadOne("<DiscrStats><Array type=\"real\">1 x</Array></DiscrStats>"), 114);
-    EXPECT_EQ(ReadOne("<DiscrStats><Array type=\"real\">1 -2</Array></DiscrStats>"), 114);
-    EXPECT_EQ(ReadOne("<DiscrStats><Array type=\"real\" n=\"3\"></Array></DiscrStats>"), 0);
-    // Continuous: NumericInfo decides, even next to DiscrStats.
-    EXPECT_EQ(ReadOne("<NumericInfo mean=\"x\"/><ContStats/>" + discr), 109);
-    EXPECT_EQ(ReadOne("<NumericInfo standardDeviation=\"-0.5\"/><ContStats/>"), 116);
-    EXPECT_EQ(ReadOne("<NumericInfo standardDeviation=\"NaN\"/><ContStats/>"), 0);
-    EXPECT_EQ(ReadOne("<NumericInfo minimum=\"1\"/>" + discr), 116);  // nothing to judge
-    EXPECT_EQ(ReadOne("<NumericInfo minimum=\"1\"/>", ZRUniStats("e", 1.0, Doubles{1.0})), 0);
-    EXPECT_EQ(ReadOne("<NumericInfo/><ContStats>" + interval + "</ContStats>"), 113);
-    EXPECT_EQ(ReadOne("<NumericInfo/><ContStats>" + interval + "<Array type=\"int\"/></ContStats>"), 115);
-    EXPECT_EQ(ReadOne("<NumericInfo/><ContStats><Array type=\"int\">x</Array></ContStats>"), 0);
+    Parser parser;
+    ASSERT_EQ(parser.ParseFile(ZRX_TEST_DATA_DIR "/pmml/stats_faults.pmml"), 0);
+    std::vector<std::string> names;
+    std::vector<long> expected;
+    for (std::size_t i = 0;; ++i) {
+        const auto* stats = parser.Find(u"UnivariateStats", i);
+        if (!stats)
+            break;
+        const std::string name = pmmltest::ToText(stats->getAttribute(u"field"));
+        const std::string suffix = name.substr(name.rfind('_') + 1);
+        expected.push_back(name.empty() ? 108 : suffix == "ok" ? 0 : std::stol(suffix));
+        names.push_back(name);
+    }
+    EXPECT_EQ(Walk(parser, u"TreeModel", [] { return ZRUniStats(); }), expected);
+    // NumericInfo without ContStats passes while the object holds valid statistics.
+    const ZRUniStats earlier("e", 1.0, Doubles{1.0});
+    const auto at = std::find(names.begin(), names.end(), "no_cont_stats_116") - names.begin();
+    EXPECT_EQ(Walk(parser, u"TreeModel", [&] { return earlier; }).at(at), 0);
 }
 
 TEST(PMMLUniStats, CutPointsFromIntervals) {
     const struct {
-        const char* intervals;  // closure, leftMargin, rightMargin ("-" absent)
+        const char* name;
         long code;
         Doubles cuts;
         bool leftOpen;
     } cases[] = {
-        {"", 0, {}, true},
-        {"openClosed 0 1, openOpen 1 2", 0, {0, 1, 2}, true},
-        {"closedOpen 0 1, closedClosed 2 3", 0, {0, 1, 2, 3}, false},
-        {"odd - 5", 0, {M, 5}, false},
-        {"closedOpen 5 -", 0, {5, M}, false},
-        {"closedOpen NaN NaN", 108, {}, false},
-        {"closedOpen 5 -, closedOpen 6 7", 115, {}, false},
-        {"closedOpen 0 2, closedOpen 1 3", 115, {}, false},
-        {"openClosed 0 1, closedOpen 1 2", 115, {}, false},
-        {"closedOpen 0 1, closedOpen - 2", 115, {}, false},
-        {"closedOpen - -", 108, {}, false},
-        {"- 0 1", 108, {}, false},
-        {"closedOpen 1 1", 109, {}, false},
-        {"closedOpen 2 1", 109, {}, false},
-        {"closedOpen x 1", 109, {}, false},
-        {"closedOpen 0 INF", 109, {}, false},
+        {"none", 0, {}, true},
+        {"touching_open_left", 0, {0, 1, 2}, true},
+        {"gap", 0, {0, 1, 2, 3}, false},
+        {"open_left_end", 0, {M, 5}, false},
+        {"open_right_end", 0, {5, M}, false},
+        {"nan_margins", 108, {}, false},
+        {"after_open_end", 115, {}, false},
+        {"overlap", 115, {}, false},
+        {"closure_changes", 115, {}, false},
+        {"open_left_later", 115, {}, false},
+        {"no_margins", 108, {}, false},
+        {"no_closure", 108, {}, false},
+        {"empty", 109, {}, false},
+        {"reversed", 109, {}, false},
+        {"word_margin", 109, {}, false},
+        {"infinite_margin", 109, {}, false},
     };
-    for (const auto& c : cases) {
-        std::string xml = "<ContStats>";
-        std::istringstream words(c.intervals);
-        for (std::string closure, left, right; words >> closure >> left >> right;) {
-            if (right.back() == ',')
-                right.pop_back();
-            auto attribute = [](const char* name, const std::string& value) {
-                return value == "-" ? std::string() : " " + std::string(name) + "=\"" + value + "\"";
-            };
-            xml += "<Interval" + attribute("closure", closure) + attribute("leftMargin", left) +
-                   attribute("rightMargin", right) + "/>";
-        }
-        xml += "<Array type=\"real\">";
-        for (std::size_t i = 1; i < c.cuts.size(); ++i)
-            xml += "1 ";
-        Parser parser;
-        ASSERT_EQ(parser.Parse(Doc("", xml + "</Array></ContStats>")), 0);
+    Parser parser;
+    ASSERT_EQ(parser.ParseFile(ZRX_TEST_DATA_DIR "/pmml/stats_intervals.pmml"), 0);
+    for (std::size_t i = 0; i < std::size(cases); ++i) {
+        const auto& c = cases[i];
+        const auto* stats = parser.Find(u"UnivariateStats", i);
+        ASSERT_EQ(pmmltest::ToText(stats->getAttribute(u"field")), c.name);
         Doubles cuts{9.0}, frequencies{9.0};
         bool leftOpen = false;
-        EXPECT_EQ(parser.FillCutPointsFreqs(cuts, frequencies, leftOpen, *parser.Find(u"ContStats"))
-                      .GetCode(), c.code) << xml;
+        const auto& contStats = *static_cast<const xercesc::DOMElement*>(stats->getFirstChild());
+        EXPECT_EQ(parser.FillCutPointsFreqs(cuts, frequencies, leftOpen, contStats).GetCode(),
+                  c.code) << c.name;
         if (c.code == 0) {
-            EXPECT_EQ(cuts, c.cuts) << xml;
+            EXPECT_EQ(cuts, c.cuts) << c.name;
             EXPECT_EQ(frequencies.size(), c.cuts.empty() ? 0 : c.cuts.size() - 1);
-            EXPECT_EQ(leftOpen, c.leftOpen) << xml;
+            EXPECT_EQ(leftOpen, c.leftOpen) << c.name;
         }
     }
 }
