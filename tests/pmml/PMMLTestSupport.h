@@ -5,6 +5,10 @@
 
 #include <zrparsexmlr/ZRPMMLParser.h>
 #include <zrcommonr/ZRMV.h>
+#include <zrcommonr/ZRUniStats.h>
+#include <zrcommonr/ZRVarList.h>
+
+#include <gtest/gtest.h>
 
 #include <xercesc/dom/DOM.hpp>
 
@@ -12,6 +16,7 @@
 #include <limits>
 #include <sstream>
 #include <string>
+#include <vector>
 
 namespace pmmltest {
 
@@ -79,6 +84,40 @@ std::string Join(const List& list, Show show) {
 }
 inline std::string Same(const std::string& text) {
     return text;
+}
+
+// The valid values of an encoder, as strings for a variable of type 3.
+inline std::string Values(const ZRMetadata::IZREncoder& enc, int type) {
+    return type == 3 ? Join(enc.GetStringValues(), Same) : Join(enc.GetNumericValues(), Num);
+}
+// The missing values of an encoder, each as "value=label".
+inline std::string Missing(const ZRMetadata::IZREncoder& enc) {
+    return Join(enc.GetNumericMissing(), [](auto& m) { return Num(m.first) + "=" + m.second; }) +
+           Join(enc.GetStringMissing(), [](auto& m) { return m.first + "=" + m.second; });
+}
+
+// The status of each UnivariateStats of `model`, each read into an object
+// from `make()`, which a failure must leave alone. With `results`, the objects
+// afterwards.
+template <typename Make>
+std::vector<long> Walk(Parser& parser, const xercesc::DOMElement& model, Make make,
+                       std::vector<ZRMetadata::ZRUniStats>* results = nullptr) {
+    EXPECT_TRUE(parser.SetModelElmt(model));
+    std::vector<long> codes;
+    const xercesc::DOMElement* position = nullptr;
+    while (true) {
+        ZRMetadata::ZRUniStats stats = make();
+        const long code = parser.FillUniStats(stats, position).GetCode();
+        if (!position)
+            return codes;
+        codes.push_back(code);
+        EXPECT_TRUE(code == 0 || stats.GetFieldName() == make().GetFieldName()) << code;
+        if (results)
+            results->push_back(stats);
+    }
+}
+inline ZRMetadata::ZRUniStats Fresh() {
+    return ZRMetadata::ZRUniStats();
 }
 
 } // namespace pmmltest

@@ -8,6 +8,7 @@
 #include <algorithm>
 
 using pmmltest::Parser;
+using pmmltest::Walk;
 using ZRMetadata::ZRUniStats;
 using Doubles = std::vector<double>;
 
@@ -15,31 +16,11 @@ namespace {
 
 const double M = ZRMV::gMissingValue;
 
-// The status of each UnivariateStats of the model, read into `make()`; a
-// failure must leave that object alone.
-template <typename Make>
-std::vector<long> Walk(Parser& parser, const char16_t* model, Make make,
-                       std::vector<ZRUniStats>* results = nullptr) {
-    EXPECT_TRUE(parser.SetModelElmt(*parser.Find(model)));
-    std::vector<long> codes;
-    const xercesc::DOMElement* position = nullptr;
-    while (true) {
-        ZRUniStats stats = make();
-        const long code = parser.FillUniStats(stats, position).GetCode();
-        if (!position)
-            return codes;
-        codes.push_back(code);
-        EXPECT_TRUE(code == 0 || stats.GetFieldName() == make().GetFieldName()) << code;
-        if (results)
-            results->push_back(stats);
-    }
-}
-
 TEST(PMMLUniStats, WalkOfAModelFromAFile) {
     Parser parser;
     ASSERT_EQ(parser.ParseFile(pmmltest::kDictionary), 0);
     std::vector<ZRUniStats> results;
-    ASSERT_EQ(Walk(parser, u"TreeModel", [] { return ZRUniStats(); }, &results),
+    ASSERT_EQ(Walk(parser, *parser.Find(u"TreeModel"), pmmltest::Fresh, &results),
               (std::vector<long>{0, 0, 109, 109}));
     EXPECT_EQ(results[0].GetFieldName(), "cat_num");
     EXPECT_FALSE(results[0].IsContinuous());
@@ -70,20 +51,16 @@ TEST(PMMLUniStats, StatusOfEachFault) {
         expected.push_back(name.empty() ? 108 : suffix == "ok" ? 0 : std::stol(suffix));
         names.push_back(name);
     }
-    EXPECT_EQ(Walk(parser, u"TreeModel", [] { return ZRUniStats(); }), expected);
+    EXPECT_EQ(Walk(parser, *parser.Find(u"TreeModel"), pmmltest::Fresh), expected);
     // NumericInfo without ContStats passes while the object holds valid statistics.
     const ZRUniStats earlier("e", 1.0, Doubles{1.0});
     const auto at = std::find(names.begin(), names.end(), "no_cont_stats_116") - names.begin();
-    EXPECT_EQ(Walk(parser, u"TreeModel", [&] { return earlier; }).at(at), 0);
+    EXPECT_EQ(Walk(parser, *parser.Find(u"TreeModel"), [&] { return earlier; }).at(at), 0);
 }
 
 TEST(PMMLUniStats, CutPointsFromIntervals) {
-    const struct {
-        const char* name;
-        long code;
-        Doubles cuts;
-        bool leftOpen;
-    } cases[] = {
+    // name of the case; status, cut points and open left end when OK
+    const std::tuple<std::string, long, Doubles, bool> cases[] = {
         {"none", 0, {}, true},
         {"touching_open_left", 0, {0, 1, 2}, true},
         {"gap", 0, {0, 1, 2, 3}, false},
@@ -104,18 +81,18 @@ TEST(PMMLUniStats, CutPointsFromIntervals) {
     Parser parser;
     ASSERT_EQ(parser.ParseFile(ZRX_TEST_DATA_DIR "/pmml/stats_intervals.pmml"), 0);
     for (std::size_t i = 0; i < std::size(cases); ++i) {
-        const auto& c = cases[i];
+        const auto& [name, code, expected, expectedOpen] = cases[i];
         const auto* stats = parser.Find(u"UnivariateStats", i);
-        ASSERT_EQ(pmmltest::ToText(stats->getAttribute(u"field")), c.name);
+        ASSERT_EQ(pmmltest::ToText(stats->getAttribute(u"field")), name);
         Doubles cuts{9.0}, frequencies{9.0};
         bool leftOpen = false;
         const auto& contStats = *static_cast<const xercesc::DOMElement*>(stats->getFirstChild());
-        EXPECT_EQ(parser.FillCutPointsFreqs(cuts, frequencies, leftOpen, contStats).GetCode(),
-                  c.code) << c.name;
-        if (c.code == 0) {
-            EXPECT_EQ(cuts, c.cuts) << c.name;
-            EXPECT_EQ(frequencies.size(), c.cuts.empty() ? 0 : c.cuts.size() - 1);
-            EXPECT_EQ(leftOpen, c.leftOpen) << c.name;
+        EXPECT_EQ(parser.FillCutPointsFreqs(cuts, frequencies, leftOpen, contStats).GetCode(), code)
+            << name;
+        if (code == 0) {
+            EXPECT_EQ(cuts, expected) << name;
+            EXPECT_EQ(frequencies.size(), expected.empty() ? 0 : expected.size() - 1);
+            EXPECT_EQ(leftOpen, expectedOpen) << name;
         }
     }
 }
