@@ -86,14 +86,24 @@ inline std::string Same(const std::string& text) {
     return text;
 }
 
-// The valid values of an encoder, as strings for a variable of type 3.
-inline std::string Values(const ZRMetadata::IZREncoder& enc, int type) {
-    return type == 3 ? Join(enc.GetStringValues(), Same) : Join(enc.GetNumericValues(), Num);
-}
-// The missing values of an encoder, each as "value=label".
-inline std::string Missing(const ZRMetadata::IZREncoder& enc) {
-    return Join(enc.GetNumericMissing(), [](auto& m) { return Num(m.first) + "=" + m.second; }) +
-           Join(enc.GetStringMissing(), [](auto& m) { return m.first + "=" + m.second; });
+// A variable as "name kind;values;labels;missing values;invalid range;bins",
+// missing values as "value=label", the invalid range as "lower..upper", bins
+// as "minimum..maximum cut points bin labels".
+inline std::string Describe(const ZRMetadata::IZRVariable& var, const ZRMetadata::IZREncoder& enc) {
+    const int type = var.GetVarType();
+    std::string text = var.GetName() + " " + std::to_string(type) + ";" +
+                       (type == 3 ? Join(enc.GetStringValues(), Same)
+                                  : Join(enc.GetNumericValues(), Num)) + ";" +
+                       Join(enc.GetValueLabels(), Same) + ";" +
+                       Join(enc.GetNumericMissing(), [](auto& m) { return Num(m.first) + "=" + m.second; }) +
+                       Join(enc.GetStringMissing(), [](auto& m) { return m.first + "=" + m.second; }) + ";";
+    if (enc.HasMissingRange())
+        text += Num(enc.GetMissingRangeLower()) + ".." + Num(enc.GetMissingRangeUpper());
+    text += ";";
+    if (var.GetUseBins())
+        text += Num(var.GetMinimum()) + ".." + Num(var.GetMaximum()) + " " +
+                Join(var.GetCutPoints(), Num) + " " + Join(enc.GetBinLabels(), Same);
+    return text;
 }
 
 // The status of each UnivariateStats of `model`, each read into an object
