@@ -1,9 +1,11 @@
-// Shared pieces of the PMML reader tests: documents from text or file, and a
-// parser that opens its protected helpers.
+// Shared pieces of the PMML reader tests: documents from text or file, a
+// parser that opens its protected helpers, variables as text and the walk
+// through the statistics of a model.
 #ifndef ZRX_TESTS_PMMLTESTSUPPORT_H
 #define ZRX_TESTS_PMMLTESTSUPPORT_H
 
 #include <zrparsexmlr/ZRPMMLParser.h>
+#include <zrparsexmlr/ZRXPrsUtil.h>
 #include <zrcommonr/ZRMV.h>
 #include <zrcommonr/ZRUniStats.h>
 #include <zrcommonr/ZRVarList.h>
@@ -39,6 +41,9 @@ public:
         return static_cast<const xercesc::DOMElement*>(
             document->getElementsByTagName(tag)->item(index));
     }
+    std::size_t Count(const char16_t* tag) const {
+        return document ? document->getElementsByTagName(tag)->getLength() : 0;
+    }
 };
 
 const std::string kDictionary = ZRX_TEST_DATA_DIR "/pmml/dictionary.pmml";
@@ -63,13 +68,6 @@ inline std::string Num(double value) {
     std::ostringstream text;
     text << value;
     return text.str();
-}
-
-inline std::string ToText(const char16_t* text) {
-    std::string result;
-    for (; *text; ++text)
-        result += static_cast<char>(*text);  // the tests' names are ASCII
-    return result;
 }
 
 template <typename List, typename Show>
@@ -125,9 +123,6 @@ std::vector<long> Walk(Parser& parser, const xercesc::DOMElement& model, Make ma
         if (results)
             results->push_back(stats);
     }
-}
-inline ZRMetadata::ZRUniStats Fresh() {
-    return ZRMetadata::ZRUniStats();
 }
 
 } // namespace pmmltest

@@ -20,7 +20,7 @@ TEST(PMMLUniStats, WalkOfAModelFromAFile) {
     Parser parser;
     ASSERT_EQ(parser.ParseFile(pmmltest::kDictionary), 0);
     std::vector<ZRUniStats> results;
-    ASSERT_EQ(Walk(parser, *parser.Find(u"TreeModel"), pmmltest::Fresh, &results),
+    ASSERT_EQ(Walk(parser, *parser.Find(u"TreeModel"), [] { return ZRUniStats(); }, &results),
               (std::vector<long>{0, 0, 109, 109}));
     EXPECT_EQ(results[0].GetFieldName(), "cat_num");
     EXPECT_FALSE(results[0].IsContinuous());
@@ -46,12 +46,12 @@ TEST(PMMLUniStats, StatusOfEachFault) {
         const auto* stats = parser.Find(u"UnivariateStats", i);
         if (!stats)
             break;
-        const std::string name = pmmltest::ToText(stats->getAttribute(u"field"));
+        const std::string name = ZRXPrsUtil::ToUTF8(stats->getAttribute(u"field"));
         const std::string suffix = name.substr(name.rfind('_') + 1);
         expected.push_back(name.empty() ? 108 : suffix == "ok" ? 0 : std::stol(suffix));
         names.push_back(name);
     }
-    EXPECT_EQ(Walk(parser, *parser.Find(u"TreeModel"), pmmltest::Fresh), expected);
+    EXPECT_EQ(Walk(parser, *parser.Find(u"TreeModel"), [] { return ZRUniStats(); }), expected);
     // NumericInfo without ContStats passes while the object holds valid statistics.
     const ZRUniStats earlier("e", 1.0, Doubles{1.0});
     const auto at = std::find(names.begin(), names.end(), "no_cont_stats_116") - names.begin();
@@ -83,7 +83,7 @@ TEST(PMMLUniStats, CutPointsFromIntervals) {
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         const auto& [name, code, expected, expectedOpen] = cases[i];
         const auto* stats = parser.Find(u"UnivariateStats", i);
-        ASSERT_EQ(pmmltest::ToText(stats->getAttribute(u"field")), name);
+        ASSERT_EQ(ZRXPrsUtil::ToUTF8(stats->getAttribute(u"field")), name);
         Doubles cuts{9.0}, frequencies{9.0};
         bool leftOpen = false;
         const auto& contStats = *static_cast<const xercesc::DOMElement*>(stats->getFirstChild());
