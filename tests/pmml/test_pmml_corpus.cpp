@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <zrcommonr/ZRMV.h>
 #include <zrcommonr/ZRVarList.h>
 
 #include <filesystem>

@@ -4,16 +4,13 @@
 
 #include <gtest/gtest.h>
 
-#include <zrcommonr/ZRMV.h>
 #include <zrcommonr/ZRVarList.h>
 
 using pmmltest::Doc;
 using pmmltest::Field;
 using pmmltest::Join;
-using pmmltest::Num;
 using pmmltest::Same;
 using pmmltest::Parser;
-using ZRMetadata::IZREncoder;
 using ZRMetadata::IZRVariable;
 using ZRMetadata::ZRVarList;
 
