@@ -20,10 +20,9 @@ TEST(PMMLUniStats, WalkOfAModelFromAFile) {
     std::vector<ZRUniStats> results;
     const auto codes = Walk(parser, *parser.Find(u"TreeModel"), [] { return ZRUniStats(); }, &results);
     ASSERT_EQ(codes, (std::vector<long>{0, 0, 109, 109}));
-    EXPECT_EQ(results[0].GetFieldName(), "cat_num");
-    EXPECT_FALSE(results[0].IsContinuous());
-    EXPECT_EQ(results[0].GetTotalFreq(), 120.0);
-    EXPECT_EQ(results[0].GetFrequencies(), (Doubles{40, 50, 28}));
+    const ZRUniStats& cat = results[0];
+    EXPECT_EQ(std::make_tuple(cat.GetFieldName(), cat.IsContinuous(), cat.GetTotalFreq(), cat.GetFrequencies()),
+              std::make_tuple(std::string("cat_num"), false, 120.0, Doubles{40, 50, 28}));
     const ZRUniStats& cont = results[1];
     EXPECT_TRUE(cont.IsContinuous());
     EXPECT_EQ(cont.GetCutPoints(), (Doubles{0, 10000, 50000, 100000, M}));  // a gap, an open end
