@@ -64,10 +64,11 @@ TEST(PMMLUniStats, CutPointsFromIntervals) {
     for (std::size_t i = 0; i < std::size(cases); ++i) {
         const auto& [name, code, expected, expectedOpen] = cases[i];
         const auto* stats = parser.Find(u"UnivariateStats", i);
+        ASSERT_NE(stats, nullptr);
         ASSERT_EQ(ZRXPrsUtil::ToUTF8(stats->getAttribute(u"field")), name);
         Doubles cuts{9.0}, frequencies{9.0};
         bool leftOpen = false;
-        const auto& contStats = *static_cast<const xercesc::DOMElement*>(stats->getFirstChild());
+        const xercesc::DOMElement& contStats = *stats->getFirstElementChild();
         EXPECT_EQ(parser.FillCutPointsFreqs(cuts, frequencies, leftOpen, contStats).GetCode(), code)
             << name;
         if (code == 0) {
