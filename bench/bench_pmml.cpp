@@ -4,6 +4,7 @@
 // half of the bare parse, and grow linearly with the number of fields.
 #include <zrparsexmlr/ZRPMMLParser.h>
 
+#include "BenchBareParse.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <benchmark/benchmark.h>
@@ -74,16 +75,8 @@ const std::string& Document(int fields) {
 }
 
 void XercesParseAlone(benchmark::State& state) {
-    const std::string& text = Document(static_cast<int>(state.range(0)));
     ZRXPrsUtil::ZRPMMLParser keepsLibraryStarted;
-    std::unique_ptr<xercesc::XercesDOMParser> parser(ZRXPrsUtil::NewDOMParser());
-    for (auto _ : state) {
-        xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()),
-                                          text.size(), "bench");
-        parser->parse(source);
-        benchmark::DoNotOptimize(parser->getDocument());
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+    TimeBareParse(state, Document(static_cast<int>(state.range(0))));
 }
 
 void ParseToDOM(benchmark::State& state) {

@@ -4,6 +4,7 @@
 // FillVarList on a settings document of 10,000 DataFields.
 #include <zrparsexmlr/ZRSettingsParser.h>
 
+#include "BenchBareParse.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <benchmark/benchmark.h>
@@ -100,14 +101,7 @@ const std::string& FieldsDocument()
 void XercesParseAlone(benchmark::State& state, const std::string& text)
 {
     ZRXPrsUtil::ZRSettingsParser keepsLibraryStarted;
-    std::unique_ptr<xercesc::XercesDOMParser> parser(ZRXPrsUtil::NewDOMParser());
-    for (auto _ : state) {
-        xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()),
-                                          text.size(), "bench");
-        parser->parse(source);
-        benchmark::DoNotOptimize(parser->getDocument());
-    }
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * text.size()));
+    TimeBareParse(state, text);
 }
 
 void ParametersXercesParse(benchmark::State& state)

@@ -150,6 +150,8 @@ private:
 
 int ZRVarList::Impl::Add(std::unique_ptr<Variable> variable)
 {
+    if (!variable)
+        return -1;
     const std::string name = variable->GetName();
     if (byName.count(name) != 0)
         return -1;
@@ -214,26 +216,35 @@ int ZRVarList::AddCatVar(const std::string& name, const std::string& label,
     return m_impl->Add(MakeCategorical(*m_impl, name, label, values, role));
 }
 
+namespace {
+
+// A categorical variable with one label per value; null when they don't pair.
+template <typename Value>
+std::unique_ptr<Variable> MakeLabelled(ZRVarList::Impl& owner, const std::string& name,
+                                       const std::string& label, const std::vector<Value>& values,
+                                       const std::vector<std::string>& labels, int role)
+{
+    if (labels.size() != values.size())
+        return nullptr;
+    auto variable = MakeCategorical(owner, name, label, values, role);
+    variable->encoder.valueLabels = labels;
+    return variable;
+}
+
+} // namespace
+
 int ZRVarList::AddCatVar(const std::string& name, const std::string& label,
                          const std::vector<double>& values, const std::vector<std::string>& labels,
                          IZRVariable::VariableRole role)
 {
-    if (labels.size() != values.size())
-        return -1;
-    auto variable = MakeCategorical(*m_impl, name, label, values, role);
-    variable->encoder.valueLabels = labels;
-    return m_impl->Add(std::move(variable));
+    return m_impl->Add(MakeLabelled(*m_impl, name, label, values, labels, role));
 }
 
 int ZRVarList::AddCatVar(const std::string& name, const std::string& label,
                          const std::vector<std::string>& values,
                          const std::vector<std::string>& labels, IZRVariable::VariableRole role)
 {
-    if (labels.size() != values.size())
-        return -1;
-    auto variable = MakeCategorical(*m_impl, name, label, values, role);
-    variable->encoder.valueLabels = labels;
-    return m_impl->Add(std::move(variable));
+    return m_impl->Add(MakeLabelled(*m_impl, name, label, values, labels, role));
 }
 
 int ZRVarList::AddContVar(const std::string& name, const std::string& label,
