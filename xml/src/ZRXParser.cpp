@@ -1,10 +1,17 @@
 // The one place where the library makes and runs its DOM parsers.
 #include "ZRXPrsUtilInternal.h"
 
+#include <xercesc/dom/DOMException.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/sax/ErrorHandler.hpp>
+#include <xercesc/sax/SAXParseException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
+
+#include <string>
+#include <utility>
 
 namespace ZRXPrsUtil {
 
@@ -31,6 +38,69 @@ public:
     }
 };
 
+// Keeps the text of the first error that the XML library reports during one
+// parse. It throws nothing, so the parse runs exactly as without a handler:
+// the parser counts the error and stops at the first fatal one.
+class ZRXFirstErrorKeeper : public xercesc::ErrorHandler {
+public:
+    void warning(const xercesc::SAXParseException&) override {}
+    void error(const xercesc::SAXParseException& e) override { Keep(e); }
+    void fatalError(const xercesc::SAXParseException& e) override { Keep(e); }
+    void resetErrors() override {}
+
+    std::string message;
+
+private:
+    void Keep(const xercesc::SAXParseException& e)
+    {
+        if (message.empty())
+            message = ToUTF8(e.getMessage());
+    }
+};
+
+// Puts a handler on a parser for the life of this object, then the one
+// before it back.
+class ZRXHandlerScope {
+public:
+    ZRXHandlerScope(xercesc::XercesDOMParser& parser, xercesc::ErrorHandler& handler)
+        : m_parser(parser), m_before(parser.getErrorHandler())
+    {
+        m_parser.setErrorHandler(&handler);
+    }
+    ~ZRXHandlerScope() { m_parser.setErrorHandler(m_before); }
+    ZRXHandlerScope(const ZRXHandlerScope&) = delete;
+    ZRXHandlerScope& operator=(const ZRXHandlerScope&) = delete;
+
+private:
+    xercesc::XercesDOMParser& m_parser;
+    xercesc::ErrorHandler* m_before;
+};
+
+// The text of the exception being handled where it carries one (also an
+// OutOfMemoryException, which is not an XMLException), else `kept`: an
+// exception of the input stream, for one, ends a parse that may have reported
+// an error first. Never throws.
+std::string CaughtMessage(const std::string& kept)
+{
+    try {
+        try {
+            throw;
+        } catch (const xercesc::XMLException& e) {
+            return ToUTF8(e.getMessage());
+        } catch (const xercesc::SAXException& e) {
+            return ToUTF8(e.getMessage());
+        } catch (const xercesc::DOMException& e) {
+            return ToUTF8(e.getMessage());
+        } catch (const xercesc::OutOfMemoryException& e) {
+            return ToUTF8(e.getMessage());
+        } catch (...) {
+            return kept;
+        }
+    } catch (...) {
+        return std::string();
+    }
+}
+
 } // namespace
 
 xercesc::XercesDOMParser* NewDOMParser()
@@ -46,21 +116,21 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
     message.clear();
     if (!source && !path)
         return failed;
+    ZRXFirstErrorKeeper errors;
     try {
+        ZRXHandlerScope scope(parser, errors);
         if (source)
             parser.parse(*source);
         else
             parser.parse(path);
-    } catch (const xercesc::XMLException& e) {
-        message = ToUTF8(e.getMessage());
-        return failed;
     } catch (...) {
-        // OutOfMemoryException (not an XMLException), or anything else that
-        // left the XML library.
+        message = CaughtMessage(errors.message);
         return failed;
     }
-    if (parser.getErrorCount() != 0 || !parser.getDocument())
+    if (parser.getErrorCount() != 0 || !parser.getDocument()) {
+        message = std::move(errors.message);
         return failed;
+    }
     return ZRCommon::ZRStatus();
 }
 

@@ -49,22 +49,26 @@ bool IsVendorExtension(const xercesc::DOMElement& element, const char* name);
 //   - stops entity expansion at the XML library's default limit of 50,000
 //     through a SecurityManager that the parser object owns: such a document
 //     fails to parse, quickly.
-// Nothing else is changed (no validation, no namespaces, no error handler),
-// so the DOM of any document without a DOCTYPE is exactly as before.
+// Nothing else is changed (no validation, no namespaces, no error handler of
+// its own), so the DOM of any document without a DOCTYPE is exactly as before.
 // Never null; may throw what the XML library throws while constructing a
 // parser (OutOfMemoryException, XMLException).
 xercesc::XercesDOMParser* NewDOMParser();
 
 // Parses `source` (or the file at `path` when `source` is null) with
 // `parser`. Any failure gives status 104 and no exception leaves: an
-// XMLException (its message goes to `message` as UTF-8), an
-// OutOfMemoryException or any other exception (also one thrown by the input
-// stream), a document that is not well-formed (the XML library then throws
-// nothing but counts errors: the parser's error count is not 0, and
-// getDocument() may hold a partial document), or no document. `message` is
-// emptied first, so it is empty after a success and after every failure but
-// an XMLException. On success the document stays with the parser; after a
-// failure the caller must not use the parser's document.
+// exception of the XML library or any other (also one thrown by the input
+// stream), a document that is not well-formed, bad bytes for its encoding, an
+// unknown encoding, an external entity, too many entity expansions (for all
+// of these the XML library throws nothing but counts errors: the parser's
+// error count is not 0, and getDocument() may hold a partial document), or no
+// document. `message` is emptied first and after a failure holds, as UTF-8,
+// the text of the exception that ended the parse if it carries one, else the
+// first error the XML library reported; it stays empty after a success. To
+// keep that text the parser has, for the parse only, an error handler that
+// records and throws nothing, so the parse itself runs as without one; the
+// handler set before is put back. On success the document stays with the
+// parser; after a failure the caller must not use the parser's document.
 ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
                                    const xercesc::InputSource* source, const char* path,
                                    std::string& message);

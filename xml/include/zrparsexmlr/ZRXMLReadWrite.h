@@ -66,8 +66,9 @@ public:
     ZRCommon::ZRStatus WriteFromDOM(const std::string& path,
                                     const xercesc::DOMDocument* document = nullptr) const;
 
-    // The message of the XML library's exception of the last parse or write,
-    // as UTF-8; empty if there was none.
+    // The XML library's message on the last parse or write, as UTF-8: that
+    // of the exception that ended it, or for a parse the first error that the
+    // XML library reported; empty if there was none.
     std::string GetXercesMessage() const;
 
     // The held document, null before any parse and after a failed one. The
