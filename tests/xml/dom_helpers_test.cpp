@@ -1,5 +1,6 @@
 // Attribute readers with their -1/0/1 convention, tags, navigation by tag and
-// by name list, the vendor Extension finders and name lists.
+// by name list, the vendor Extension finders, name lists and number lists,
+// over the elements of data/xml/helpers.xml.
 #include "ZRXTestDom.h"
 
 #include <zrcommonr/ZRMV.h>
@@ -10,7 +11,11 @@ using namespace ZRXPrsUtil;
 
 namespace {
 
-using DomHelpers = zrxtest::XercesTest;
+class DomHelpers : public zrxtest::XercesTest {
+protected:
+    const xercesc::DOMElement& Part(const char* tag) const { return *GetFirstChildElmt(doc.Root(), tag); }
+    zrxtest::ParsedDoc doc{zrxtest::ReadFile(ZRX_TEST_DATA_DIR "/xml/helpers.xml")};
+};
 
 std::string Attr(const xercesc::DOMElement* element, const char* name)
 {
@@ -21,13 +26,18 @@ std::string Attr(const xercesc::DOMElement* element, const char* name)
 
 TEST_F(DomHelpers, AttributesTellAbsentFromEmptyAndFollowTheNumberRules)
 {
-    zrxtest::ParsedDoc doc("<r e='' neg='-3' zero='0' pos=' 7 ' big='12345678901' min='-2147483648'"
-                           " bad='abc' nan='NaN' inf='INF' d='2.5e3'>text</r>");
-    const xercesc::DOMElement& r = doc.Root();
+    const xercesc::DOMElement& r = Part("attributes");
     ASSERT_NE(GetAttribute(r, "e"), nullptr);
     EXPECT_EQ(*GetAttribute(r, "e"), 0);
     EXPECT_EQ(GetAttribute(r, "E"), nullptr);
     EXPECT_EQ(GetAttribute(*r.getFirstChild(), "e"), nullptr);  // a text node
+    // Names past the short ASCII ones: at and over 63 bytes, not ASCII, not UTF-8.
+    const std::string n63(63, 'n');
+    EXPECT_EQ(Attr(&r, n63.c_str()), "63");
+    EXPECT_EQ(Attr(&r, (n63 + "n").c_str()), "64");
+    EXPECT_EQ(GetAttribute(r, (n63 + "nn").c_str()), nullptr);
+    EXPECT_EQ(Attr(&r, "caf\xC3\xA9"), "accent");
+    EXPECT_EQ(GetAttribute(r, "caf\xC3"), nullptr);
 
     struct Case { const char* name; int sign; int result; int value; };
     for (const Case& c : {Case{"neg", 0, 1, -3}, Case{"neg", -1, 0, -3}, Case{"zero", 1, 1, 0},
@@ -50,11 +60,9 @@ TEST_F(DomHelpers, AttributesTellAbsentFromEmptyAndFollowTheNumberRules)
 
 TEST_F(DomHelpers, NavigationMatchesWholeTagsAndSkipsOtherNodes)
 {
-    zrxtest::ParsedDoc doc("<p:r xmlns:p='urn:x'> <!--c--> <a/> text <b id='1'/><?pi x?>"
-                           "<b id='2'/><c/><p:c/></p:r>");
-    const xercesc::DOMElement& r = doc.Root();
-    EXPECT_FALSE(TagNameEquals(r, "r"));
-    EXPECT_TRUE(TagNameEquals(r, "p:r"));
+    EXPECT_FALSE(TagNameEquals(doc.Root(), "r"));
+    EXPECT_TRUE(TagNameEquals(doc.Root(), "p:r"));
+    const xercesc::DOMElement& r = Part("navigation");
     EXPECT_EQ(AsElement(*r.getFirstChild(), nullptr), nullptr);
     EXPECT_EQ(ToUTF8(GetFirstChildElmt(r, nullptr)->getTagName()), "a");
     const xercesc::DOMElement* b1 = GetFirstChildElmt(r, "b");
@@ -75,11 +83,7 @@ TEST_F(DomHelpers, NavigationMatchesWholeTagsAndSkipsOtherNodes)
 
 TEST_F(DomHelpers, ExtensionFindersPassOverForeignOnes)
 {
-    const std::string ours = std::string("extender='") + VendorExtenderId + "'";
-    zrxtest::ParsedDoc doc("<r><Extension name='opts'/><Extension extender='other.org' name='opts'/>"
-                           "<X " + ours + " name='opts'/><Extension " + ours + " name='first'/>"
-                           "<Extension " + ours + "/><Extension " + ours + " name='opts'/></r>");
-    const xercesc::DOMElement& r = doc.Root();
+    const xercesc::DOMElement& r = Part("extensions");
     const xercesc::DOMElement* first = GetFirstChildExtension(r, nullptr);
     EXPECT_EQ(Attr(first, "name"), "first");
     const xercesc::DOMElement* opts = GetFirstChildExtension(r, "opts");
@@ -98,4 +102,15 @@ TEST_F(DomHelpers, FindXStrInListGivesTheLowestIndex)
     const std::vector<std::string> list = {"a", "\xC3\xA9t\xC3\xA9", "\xC3\xA9t\xC3\xA9"};
     EXPECT_EQ(FindXStrInList(u"\u00E9t\u00E9", list), 1);
     EXPECT_EQ(FindXStrInList(u"a", std::vector<std::string>()), -1);
+}
+
+TEST_F(DomHelpers, AssembleDoublesListWantsOneTextChild)
+{
+    const xercesc::DOMElement* a = GetFirstChildElmt(Part("lists"), "a");
+    const std::vector<std::vector<double>> good = {{}, {1, ZRMV::gMissingValue, 3}, {}, {}};
+    for (std::size_t i = 0; i < 7; ++i, a = GetNextSiblingElmt(*a, "a")) {
+        std::vector<double> values = {9};
+        EXPECT_EQ(AssembleDoublesList(*a, values), i != 2 && i < 4) << i;
+        EXPECT_EQ(values, i < 4 ? good[i] : std::vector<double>{9}) << i;  // untouched from 4 on
+    }
 }

@@ -44,19 +44,6 @@ TEST_F(Numbers, DoublesMapNaNAndRefuseInfinities)
     EXPECT_TRUE(values.empty());
 }
 
-TEST_F(Numbers, AssembleDoublesListWantsOneTextChild)
-{
-    zrxtest::ParsedDoc doc("<r><a>  </a><a>1 NaN 3</a><a>1 2 x</a><a/>"
-                           "<a>1 2<!--c--></a><a><![CDATA[1 2]]></a><a><b/></a></r>");
-    const xercesc::DOMElement* a = GetFirstChildElmt(doc.Root(), "a");
-    const std::vector<std::vector<double>> good = {{}, {1, kMissing, 3}, {}, {}};
-    for (std::size_t i = 0; i < 7; ++i, a = GetNextSiblingElmt(*a, "a")) {
-        std::vector<double> values = {9};
-        EXPECT_EQ(AssembleDoublesList(*a, values), i != 2 && i < 4) << i;
-        EXPECT_EQ(values, i < 4 ? good[i] : std::vector<double>{9}) << i;  // untouched from 4 on
-    }
-}
-
 TEST_F(Numbers, BuildingHelpersReportDomFailuresByTheirResult)
 {
     zrxtest::ParsedDoc doc("<PMML><Header/></PMML>");

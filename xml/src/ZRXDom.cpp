@@ -40,7 +40,7 @@ const xercesc::DOMElement* FirstExtensionFrom(const xercesc::DOMNode* node, cons
 
 const XMLCh* GetAttribute(const xercesc::DOMElement& element, const char* name)
 {
-    const xercesc::DOMAttr* attribute = element.getAttributeNode(ToUTF16(name).data());
+    const xercesc::DOMAttr* attribute = element.getAttributeNode(ZRXName(name).c_str());
     return attribute ? attribute->getValue() : nullptr;
 }
 
@@ -152,7 +152,7 @@ int FindXStrInList(const XMLCh* text, const std::vector<std::string>& names)
 xercesc::DOMElement* CreateElement(xercesc::DOMDocument& document, const char* tag)
 {
     try {
-        return document.createElement(ToUTF16(tag).data());
+        return document.createElement(ZRXName(tag).c_str());
     } catch (const xercesc::DOMException&) {
         return nullptr;
     }
@@ -198,7 +198,7 @@ bool InsertElement(xercesc::DOMElement& parent, xercesc::DOMElement* newChild,
 bool SetAttribute(xercesc::DOMElement& element, const char* name, const char* value)
 {
     try {
-        element.setAttribute(ToUTF16(name).data(), ToUTF16(value).data());
+        element.setAttribute(ZRXName(name).c_str(), ZRXName(value).c_str());
         return true;
     } catch (const xercesc::DOMException&) {
         return false;

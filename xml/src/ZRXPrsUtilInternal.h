@@ -35,6 +35,43 @@ bool ParseDoublesList(const XMLCh* text, std::vector<double>& values);
 // equals `name`. The tag is not looked at.
 bool IsVendorExtension(const xercesc::DOMElement& element, const char* name);
 
+// A UTF-8 name (or other short text) as XMLCh text, exactly as ToUTF16 gives
+// it: null, non-ASCII and invalid UTF-8 text included. ASCII text shorter
+// than the buffer, as every tag and attribute name of the readers is, is
+// widened into the object itself; anything else goes through ToUTF16. The
+// helpers look up names on every attribute read, and a vector on the heap per
+// lookup was a fifth of the PMML reader's dictionary walk.
+class ZRXName {
+public:
+    explicit ZRXName(const char* text) : m_text(m_buffer)
+    {
+        if (!text) {
+            m_buffer[0] = 0;
+            return;
+        }
+        for (std::size_t i = 0; i < kBufferSize; ++i) {
+            const unsigned char byte = static_cast<unsigned char>(text[i]);
+            if (byte >= 0x80)
+                break;
+            m_buffer[i] = XMLCh(byte);
+            if (byte == 0)
+                return;
+        }
+        m_heap = ToUTF16(text);
+        m_text = m_heap.data();
+    }
+    ZRXName(const ZRXName&) = delete;
+    ZRXName& operator=(const ZRXName&) = delete;
+
+    const XMLCh* c_str() const { return m_text; }
+
+private:
+    static const std::size_t kBufferSize = 64;
+    XMLCh m_buffer[kBufferSize];
+    std::vector<XMLCh> m_heap;
+    const XMLCh* m_text;
+};
+
 // Makes every DOM parser of the library; the caller owns it (delete).
 //
 // Hardened on purpose, departing from a parser left at the XML library's
