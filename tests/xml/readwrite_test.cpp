@@ -27,26 +27,15 @@ protected:
     ZRXMLReadWrite reader;
 };
 
-bool SameRoot(const ZRXMLReadWrite& a, const ZRXMLReadWrite& b)
-{
-    return a.GetDocument()->getDocumentElement()->isEqualNode(b.GetDocument()->getDocumentElement());
-}
-
 } // namespace
 
-TEST_F(ReadWrite, PathAndStreamGiveTheSameDocument)
+TEST_F(ReadWrite, ReadsAndWritesOwnOrForeignDocumentsWithoutIndentation)
 {
     ZRXMLReadWrite fromStream;
-    EXPECT_TRUE(fromStream.GetInitStatus().IsOK());
     EXPECT_EQ(fromStream.GetDocument(), nullptr);
     std::istringstream stream(zrxtest::ReadFile(kSmall));
     ASSERT_TRUE(fromStream.ParseToDOM(stream).IsOK());
-    EXPECT_TRUE(SameRoot(reader, fromStream));
-    EXPECT_TRUE(reader.GetXercesMessage().empty());
-}
-
-TEST_F(ReadWrite, WritesOwnOrForeignDocumentWithoutIndentation)
-{
+    EXPECT_TRUE(reader.GetDocument()->isEqualNode(fromStream.GetDocument()));
     // Nothing held and nothing given: OK, no file.
     ZRXMLReadWrite writer;
     EXPECT_TRUE(writer.WriteFromDOM(dir + "/none.xml").IsOK());
@@ -61,14 +50,12 @@ TEST_F(ReadWrite, WritesOwnOrForeignDocumentWithoutIndentation)
     // What was written reads back as the same document.
     ZRXMLReadWrite again;
     ASSERT_TRUE(again.ParseToDOM(dir + "/own.xml").IsOK());
-    EXPECT_TRUE(SameRoot(reader, again));
+    EXPECT_TRUE(reader.GetDocument()->isEqualNode(again.GetDocument()));
 }
 
 TEST_F(ReadWrite, UnwritableFileGives118AndKeepsTheDocument)
 {
     for (const std::string& path : {dir + "/no/such/dir/out.xml", dir, std::string(), std::string("/dev/full")}) {
-        if (path == "/dev/full" && !std::filesystem::exists(path))
-            continue;
         const ZRCommon::ZRStatus status = reader.WriteFromDOM(path);
         EXPECT_EQ(status.GetCode(), 118) << path;
         EXPECT_FALSE(status.GetFlag());

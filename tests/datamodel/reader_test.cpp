@@ -1,0 +1,204 @@
+// The DataModel reader: status codes, the walk that stops at the first
+// failing Field, the life of the object, and how each Field becomes a
+// variable (kind, storage code, role, bins, values with their labels, ranges).
+#include "ZRXTestDom.h"
+
+#include <zrparsexmlr/ZRDataModelParser.h>
+#include <zrcommonr/ZRMV.h>
+
+#include <filesystem>
+#include <limits>
+#include <memory>
+
+using ZRXPrsUtil::ZRDataModelParser;
+using ZRMTD_NAMESPACE::IZRVariable;
+using ZRMTD_NAMESPACE::ZRVarList;
+
+namespace {
+
+std::string Model(const std::string& fields)
+{
+    return "<DataModel><Fields>" + fields + "</Fields></DataModel>";
+}
+
+// Parses `text` and fills `list`: the code of the first failing step, or 0.
+long ParseAndFill(const std::string& text, ZRVarList& list, bool alternateInputRole = false,
+                  bool useBins = false, int binCount = 0)
+{
+    ZRDataModelParser parser;
+    const long parsed = parser.ParseToDOM(text).GetCode();
+    return parsed ? parsed : parser.FillVarList(list, alternateInputRole, useBins, binCount).GetCode();
+}
+
+typedef std::vector<std::string> Texts;
+typedef std::vector<double> Numbers;
+const double kLowest = std::numeric_limits<double>::lowest();
+const double kHighest = std::numeric_limits<double>::max();
+const double kMissing = ZRMV::gMissingValue;
+const std::string kGood = Model("<Field name='a' storage='real' measure='continuous'/>"
+                                "<Field name='b' storage='string' measure='nominal'/>");
+
+} // namespace
+
+// The bad documents of the XML helpers' tests give 104 too; the entity here
+// names the file absolutely, so a reader that resolved it would parse.
+TEST(DataModelStatus, FailedParsesAnswerEveryLaterFillWithTheirCode)
+{
+    std::vector<std::pair<std::string, long>> cases = {
+        {"<!DOCTYPE DataModel [<!ENTITY x SYSTEM 'file://" ZRX_TEST_DATA_DIR "/xml/canary.txt'>]>" +
+             Model("<Field name='&x;' storage='string' measure='nominal'/>"), 104},
+        {"<PMML><Fields/></PMML>", 105}, {"<datamodel><Fields/></datamodel>", 105},
+        {"<dm:DataModel xmlns:dm='urn:x'><Fields/></dm:DataModel>", 105},
+        {"<DataModel><fields/><Other><Fields/></Other></DataModel>", 113}};
+    for (const auto& entry : std::filesystem::directory_iterator(ZRX_TEST_DATA_DIR "/xml/bad"))
+        cases.emplace_back(zrxtest::ReadFile(entry.path().string()), 104);
+    for (const auto& [text, code] : cases) {
+        ZRDataModelParser parser;
+        EXPECT_EQ(parser.ParseToDOM(text).GetCode(), code) << text;
+        EXPECT_EQ(parser.GetStatus().GetCode(), code);
+        ZRVarList list;
+        EXPECT_EQ(parser.FillVarList(list, false, false, 0).GetCode(), code) << text;
+        EXPECT_EQ(list.Size(), 0u);
+    }
+}
+
+// Objects start and stop the XML library each, in any order.
+TEST(DataModelStatus, FillBeforeParseIs107AndAGoodParseClearsAFailure)
+{
+    auto other = std::make_unique<ZRDataModelParser>();
+    ZRDataModelParser parser;
+    ZRVarList list;
+    EXPECT_EQ(parser.FillVarList(list, false, false, 0).GetCode(), 107);
+    EXPECT_EQ(parser.ParseToDOM("<Wrong/>").GetCode(), 105);
+    EXPECT_TRUE(other->ParseToDOM(kGood).IsOK());
+    other.reset();
+    EXPECT_TRUE(parser.ParseToDOM(kGood).IsOK());
+    EXPECT_TRUE(parser.FillVarList(list, false, false, 0).IsOK());
+    EXPECT_EQ(list.GetVarAt(1)->GetName(), "b");
+    // Filling the same list again: the first name is taken (111), nothing is
+    // removed, and the held status stays OK.
+    EXPECT_EQ(parser.FillVarList(list, false, false, 0).GetCode(), 111);
+    EXPECT_EQ(list.Size(), 2u);
+    EXPECT_TRUE(parser.GetStatus().IsOK());
+    // Only the first Fields counts; an empty one adds nothing.
+    EXPECT_TRUE(parser.ParseToDOM("<DataModel><Fields/>" + kGood.substr(11)).IsOK());
+    ZRVarList none;
+    EXPECT_TRUE(parser.FillVarList(none, false, false, 0).IsOK());
+    EXPECT_EQ(none.Size(), 0u);
+}
+
+TEST(DataModelStatus, TheWalkStopsAtTheFirstFailingField)
+{
+    const std::string before = "<Field name='f1' storage='real' measure='continuous'/><Other/>"
+                               "<Field name='f2' storage='string' measure='nominal'/>";
+    const std::string after = "<Field name='f4' storage='real' measure='continuous'/>";
+    struct Case { const char* third; long code; };
+    for (const Case& c : {Case{"<Field storage='real' measure='continuous'/>", 108},
+                          Case{"<Field name='f3' measure='continuous'/>", 108},
+                          Case{"<Field name='f3' storage='real'/>", 108},
+                          Case{"<Field name='f3' storage='Real' measure='continuous'/>", 109},
+                          Case{"<Field name='f3' storage='bool'/>", 109},
+                          Case{"<Field name='f1' storage='integer' measure='nominal'/>", 111}}) {
+        ZRVarList list;
+        EXPECT_EQ(ParseAndFill(Model(before + c.third + after), list), c.code) << c.third;
+        ASSERT_EQ(list.Size(), 2u) << c.third;
+        EXPECT_EQ(list.GetVarAt(1)->GetName(), "f2");
+    }
+}
+
+TEST(DataModelVariables, StorageMeasureAndRoleGiveKindCodeAndRole)
+{
+    struct Case { const char* attributes; int type; int code; int role; int altRole; };
+    const Case cases[] = {
+        {"storage='integer' measure='continuous' role='input'", 1, 1, 4, 5},
+        {"storage='real' measure='continuous' role='Input'", 1, 2, 0, 0},
+        {"storage='string' measure='continuous'", 1, 3, 0, 0},
+        {"storage='date' measure='continuous' role='target'", 1, 4, 2, 2},
+        {"storage='time' measure='nominal' role='input'", 2, 5, 4, 5},
+        {"storage='timestamp' measure='ordinal' role='reference'", 2, 6, 0, 0},
+        {"storage='real' measure='Continuous' role='freqWeight'", 2, 2, 3, 3},
+        {"storage='string' measure='' role='input'", 3, 3, 4, 5},
+    };
+    std::string fields;
+    for (const Case& c : cases)
+        fields += "<Field name='v" + std::to_string(fields.size()) + "' " + c.attributes +
+                  "><Range minValue='1'/></Field>";
+    for (bool alternate : {false, true}) {
+        ZRVarList list;
+        ASSERT_EQ(ParseAndFill(Model(fields), list, alternate), 0);
+        ASSERT_EQ(list.Size(), 8u);
+        for (int i = 0; i < 8; ++i) {
+            const IZRVariable* v = list.GetVarAt(i);
+            EXPECT_EQ(v->GetVarType(), cases[i].type) << cases[i].attributes;
+            EXPECT_EQ(v->GetValueFormat(), cases[i].code) << cases[i].attributes;
+            EXPECT_EQ(v->GetRole(), alternate ? cases[i].altRole : cases[i].role) << cases[i].attributes;
+            EXPECT_FALSE(v->IsWeight());
+        }
+        // Text-valued: the Range is not read.
+        EXPECT_EQ(list.GetVarAt(2)->GetMinimum(), kLowest);
+        EXPECT_EQ(list.GetVarAt(0)->GetMinimum(), 1);
+    }
+}
+
+TEST(DataModelVariables, WeightAndBins)
+{
+    const std::string doc = Model(
+        "<Field name='x' storage='real' measure='continuous'/>"
+        "<Field name='w' displayLabel='Weight' storage='real' measure='continuous' role='freqWeight'>"
+        "<Range minValue='1'/></Field>");
+    struct Case { bool useBins; int count; bool flag; int passed; };
+    for (const Case& c : {Case{true, 10, true, 10}, Case{true, 2, true, 2}, Case{true, 1, false, -1},
+                          Case{true, -5, false, -1}, Case{false, 10, false, -1}}) {
+        ZRVarList list;
+        ASSERT_EQ(ParseAndFill(doc, list, false, c.useBins, c.count), 0);
+        EXPECT_EQ(list.GetVarAt(0)->GetUseBins(), c.flag) << c.count;
+        EXPECT_EQ(list.GetVarAt(0)->GetBinCount(), c.passed) << c.count;
+        const IZRVariable* w = list.GetVarAt(1);
+        EXPECT_TRUE(w->IsWeight());
+        EXPECT_EQ(w->GetWeightRounding(), IZRVariable::eRoundNearest);
+        EXPECT_EQ(w->GetLabel(), "Weight");
+        EXPECT_FALSE(w->GetUseBins());   // neither bins nor range reach it
+        EXPECT_NE(w->GetMinimum(), 1.0);
+    }
+}
+
+// The Fields of data/datamodel/fields.xml: values keep their labels only one
+// label per value; Ranges override bound by bound.
+TEST(DataModelVariables, ValuesAndRanges)
+{
+    ZRVarList list;
+    ASSERT_EQ(ParseAndFill(zrxtest::ReadFile(ZRX_TEST_DATA_DIR "/datamodel/fields.xml"), list), 0);
+    ASSERT_EQ(list.Size(), 8u);
+    EXPECT_EQ(list.GetEncoderAt(0)->GetNumericValues(), (Numbers{1, 3}));
+    EXPECT_TRUE(list.GetEncoderAt(0)->GetValueLabels().empty());
+    EXPECT_EQ(list.GetEncoderAt(1)->GetNumericValues(), (Numbers{kMissing}));
+    EXPECT_TRUE(list.GetEncoderAt(1)->GetValueLabels().empty());  // n, m: 2 for 1
+    EXPECT_EQ(list.GetVarAt(2)->GetName(), "r\xC3\xA9gion");
+    EXPECT_EQ(list.GetVarAt(2)->GetLabel(), "& pays");
+    EXPECT_EQ(list.GetEncoderAt(2)->GetStringValues(), (Texts{"NaN", " x "}));
+    EXPECT_EQ(list.GetEncoderAt(2)->GetValueLabels(), (Texts{"n", "s"}));
+    EXPECT_EQ(list.GetEncoderAt(3)->GetStringValues(), (Texts{"a", "b"}));
+    EXPECT_TRUE(list.GetEncoderAt(3)->GetValueLabels().empty());
+
+    const Numbers minimum = {kLowest, -5, kMissing, kLowest}, maximum = {10, 1000, 1, kHighest};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(list.GetVarAt(4 + i)->GetMinimum(), minimum[i]) << i;
+        EXPECT_EQ(list.GetVarAt(4 + i)->GetMaximum(), maximum[i]) << i;
+    }
+    EXPECT_EQ(list.GetVarAt(7)->GetNValues(), 0);  // continuous: no value list
+}
+
+TEST(DataModelVariables, TheBundledExampleReadsAsWritten)
+{
+    ZRVarList list;
+    ASSERT_EQ(ParseAndFill(zrxtest::ReadFile(ZRX_EXAMPLES_DIR "/data/job.datamodel.xml"), list), 0);
+    ASSERT_EQ(list.Size(), 15u);
+    const IZRVariable* income = list.GetVarAt(list.FindVar("income"));
+    EXPECT_EQ(income->GetLabel(), "Yearly income (\xE2\x82\xAC)");
+    EXPECT_EQ(income->GetMinimum(), 0);
+    EXPECT_EQ(list.GetEncoderAt(list.FindVar("satisfaction"))->GetValueLabels().back(), "Very happy");
+    EXPECT_EQ(list.GetEncoderAt(list.FindVar("products"))->GetNumericValues(),
+              (Numbers{1, 2, 3, kMissing, 4}));
+    EXPECT_TRUE(list.GetVarAt(list.FindVar("survey_weight"))->IsWeight());
+    EXPECT_EQ(list.GetVarAt(list.FindVar("last_login"))->GetValueFormat(), 6);
+}
