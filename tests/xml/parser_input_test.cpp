@@ -65,6 +65,9 @@ TEST_F(Parsing, EveryFailedParseGives104WithTheXmlLibrarysMessage)
         EXPECT_EQ(reader.GetDocument(), nullptr);
         EXPECT_NE(reader.GetXercesMessage(), "");
     }
+    // A folder is refused before the XML library, which leaks on one, sees it.
+    EXPECT_EQ(reader.ParseToDOM(kData + "bad").GetCode(), 104);
+    EXPECT_NE(reader.GetXercesMessage(), "");
     EXPECT_TRUE(reader.GetInitStatus().IsOK());
     EXPECT_TRUE(reader.ParseToDOM(kData + "small.xml").IsOK());
     EXPECT_EQ(reader.GetXercesMessage(), "");

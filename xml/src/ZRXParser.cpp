@@ -10,6 +10,7 @@
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include <filesystem>
 #include <string>
 #include <utility>
 
@@ -116,6 +117,13 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
     message.clear();
     if (!source && !path)
         return failed;
+    std::error_code ignored;
+    if (!source && std::filesystem::is_directory(path, ignored)) {
+        // The XML library leaks a little memory on every attempt to read a
+        // folder as a document; a folder is no document anyway.
+        message = std::string("is a folder, not a document: ") + path;
+        return failed;
+    }
     ZRXFirstErrorKeeper errors;
     try {
         ZRXHandlerScope scope(parser, errors);

@@ -98,8 +98,9 @@ xercesc::XercesDOMParser* NewDOMParser();
 // stream), a document that is not well-formed, bad bytes for its encoding, an
 // unknown encoding, an external entity, too many entity expansions (for all
 // of these the XML library throws nothing but counts errors: the parser's
-// error count is not 0, and getDocument() may hold a partial document), or no
-// document. `message` is emptied first and after a failure holds, as UTF-8,
+// error count is not 0, and getDocument() may hold a partial document), a
+// path that names a folder (refused before the XML library sees it, which
+// would leak on it), or no document. `message` is emptied first and after a failure holds, as UTF-8,
 // the text of the exception that ended the parse if it carries one, else the
 // first error the XML library reported; it stays empty after a success. To
 // keep that text the parser has, for the parse only, an error handler that
