@@ -334,10 +334,14 @@ int VORKMBCodePagetoGeneric(void* converter, char* target, int capacity, const c
 namespace {
 
 // Converts source into target through a fixed-buffer conversion in counted
-// mode, with room for `units` target units. Small texts are converted on the
-// stack and assigned; larger ones straight into the target's own storage, so
-// that no scratch is allocated and freed each call (the target keeps its
-// capacity from one call to the next). Target and source may be one object.
+// mode, with room for `units` target units. Target and source may be one
+// object. Small texts are converted on the stack and assigned. A larger text
+// goes straight into a target that already holds nearly the room (a target
+// reused for like texts): what it holds is overwritten, and only the
+// shortfall is filled first. Otherwise the room is an array left
+// uninitialised and the text is copied into the target, since filling a room
+// several times the text (three UTF-8 bytes for each code page byte) costs
+// more than copying the text once.
 template <size_t StackUnits, class Out, class In, class Convert>
 int ToString(Out& target, const In& source, long long units, Convert convert)
 {
@@ -347,24 +351,27 @@ int ToString(Out& target, const In& source, long long units, Convert convert)
         return kNoScratch;
     }
     int code = kConverted;
+    const int room = static_cast<int>(units);
+    const int sourceLength = static_cast<int>(source.size());
     try {
         if (units <= static_cast<long long>(StackUnits)) {
             Unit scratch[StackUnits];
-            const int length = convert(scratch, static_cast<int>(units), source.data(),
-                                       static_cast<int>(source.size()), &code);
+            const int length = convert(scratch, room, source.data(), sourceLength, &code);
             target.assign(scratch, static_cast<size_t>(length));
             return code;
         }
-        Out separate;
         const bool same = static_cast<const void*>(&target) == static_cast<const void*>(&source);
-        Out& room = same ? separate : target;
-        room.clear();
-        room.resize(static_cast<size_t>(units));
-        const int length = convert(&room[0], static_cast<int>(units), source.data(),
-                                   static_cast<int>(source.size()), &code);
-        room.resize(static_cast<size_t>(length));
-        if (same)
-            target.swap(separate);
+        const size_t size = static_cast<size_t>(room);
+        if (!same && target.size() + size / 4 >= size) {
+            if (target.size() < size)
+                target.resize(size);
+            const int length = convert(&target[0], room, source.data(), sourceLength, &code);
+            target.resize(static_cast<size_t>(length));
+            return code;
+        }
+        std::unique_ptr<Unit[]> scratch(new Unit[size]);
+        const int length = convert(scratch.get(), room, source.data(), sourceLength, &code);
+        target.assign(scratch.get(), static_cast<size_t>(length));
         return code;
     } catch (const std::bad_alloc&) {
         target.clear();

@@ -96,6 +96,32 @@ TEST_F(GbkTest, StringAndNewArrayForms)
     EXPECT_EQ(Take(VORKMBTranscodeCodePage(static_cast<const unsigned short*>(nullptr))), "null");
 }
 
+// Texts too long for the stack: into a target that holds stale text longer
+// than the room, into one far shorter, and into the source itself.
+TEST_F(GbkTest, LongTextsWhateverTheTargetHeld)
+{
+    std::string u8, gbk;
+    U16String u16;
+    for (int i = 0; i < 3000; ++i) {
+        u8 += "a\xE4\xB8\xAD";
+        gbk += "a\xD6\xD0";
+        u16 += U16({'a', 0x4E2D});
+    }
+    U16String toU16(20000, 'Z');
+    EXPECT_EQ(VORKMBU8ToU16(toU16, u8), 0);
+    EXPECT_TRUE(toU16 == u16);
+    EXPECT_EQ(VORKMBU8ToU16(toU16, u8), 0) << "now shorter than the room";
+    EXPECT_TRUE(toU16 == u16);
+    std::string toU8(40000, 'Z');
+    EXPECT_EQ(VORKMBCodePageToU8(nullptr, toU8, gbk), 0);
+    EXPECT_EQ(toU8, u8);
+    EXPECT_EQ(VORKMBCodePageToU8(nullptr, toU8, gbk), 0);
+    EXPECT_EQ(toU8, u8);
+    std::string same = u8;
+    EXPECT_EQ(VORKMBU8ToCodePage(nullptr, same, same), 0);
+    EXPECT_EQ(same, gbk);
+}
+
 // In UTF-8 mode generic text is UTF-8 and no converter is consulted where
 // nothing is converted; in code page mode it is code page text.
 TEST_F(GbkTest, GenericRoutes)
