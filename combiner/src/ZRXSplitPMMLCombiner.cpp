@@ -85,6 +85,72 @@ const long kOtherFunction = 124;
 const long kNestedMiningModel = 125;
 const long kValueCount = 126;
 
+// One node of a parsed model made anew in `document`: an element, text,
+// CDATA or comment without its children (`whole` false), any other node with
+// everything below it (`whole` true). Elements of a model read without
+// namespaces are made by name, with their attributes set by name and value:
+// the XML library's own import makes every attribute a node of its own and
+// imports its text child, each checked and appended, which cost about as
+// much as the whole parse of the model. Any other kind of node, and an
+// element with a namespace, is imported by the library.
+xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNode* source, bool& whole)
+{
+    whole = false;
+    switch (source->getNodeType()) {
+    case xercesc::DOMNode::ELEMENT_NODE: {
+        if (source->getLocalName() != nullptr)
+            return document.importNode(source, false);
+        xercesc::DOMElement* copy = document.createElement(source->getNodeName());
+        const xercesc::DOMNamedNodeMap* attributes = source->getAttributes();
+        const XMLSize_t count = attributes != nullptr ? attributes->getLength() : 0;
+        for (XMLSize_t i = 0; i < count; ++i) {
+            const xercesc::DOMAttr* attribute = static_cast<const xercesc::DOMAttr*>(attributes->item(i));
+            if (attribute->getSpecified())
+                copy->setAttribute(attribute->getName(), attribute->getValue());
+        }
+        return copy;
+    }
+    case xercesc::DOMNode::TEXT_NODE:
+        return document.createTextNode(source->getNodeValue());
+    case xercesc::DOMNode::CDATA_SECTION_NODE:
+        return document.createCDATASection(source->getNodeValue());
+    case xercesc::DOMNode::COMMENT_NODE:
+        return document.createComment(source->getNodeValue());
+    default:
+        whole = true;
+        return document.importNode(source, true);
+    }
+}
+
+// A copy of source in `document`, with everything below it when deep, in
+// document order. Walks without recursion, so that a deep tree stays off the
+// call stack.
+xercesc::DOMNode* CopyTree(xercesc::DOMDocument& document, const xercesc::DOMNode* source, bool deep)
+{
+    bool whole = false;
+    xercesc::DOMNode* root = CopyNode(document, source, whole);
+    if (!deep || whole || root == nullptr)
+        return root;
+    const xercesc::DOMNode* from = source->getFirstChild();
+    xercesc::DOMNode* parent = root;
+    while (from != nullptr) {
+        xercesc::DOMNode* copy = parent->appendChild(CopyNode(document, from, whole));
+        if (!whole && from->getFirstChild() != nullptr) {
+            from = from->getFirstChild();
+            parent = copy;
+            continue;
+        }
+        while (from != source && from->getNextSibling() == nullptr) {
+            from = from->getParentNode();
+            parent = parent->getParentNode();
+        }
+        if (from == source)
+            break;
+        from = from->getNextSibling();
+    }
+    return root;
+}
+
 } // namespace
 
 ZRXSplitPMMLCombiner::ZRXSplitPMMLCombiner(const ZRMTD_NAMESPACE::ZRVarList& splitVars)
@@ -381,7 +447,7 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyChild(const xercesc::DOMNode* source
 {
     if (source == nullptr || parent == nullptr || document == nullptr)
         return nullptr;
-    xercesc::DOMNode* copy = document->importNode(source, deep);
+    xercesc::DOMNode* copy = CopyTree(*document, source, deep);
     return copy != nullptr ? parent->appendChild(copy) : nullptr;
 }
 

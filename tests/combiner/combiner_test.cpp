@@ -2,6 +2,8 @@
 
 #include "combiner_support.h"
 
+#include <fstream>
+#include <iterator>
 #include <memory>
 #include <tuple>
 #include <utility>
@@ -279,4 +281,27 @@ TEST_F(CombinerIntake, ExportReleasesAndAddModelAfterwardsStartsAnew)
     EXPECT_EQ(out.FieldNames(), (Texts{"region", "x", "color", "y"}));
     EXPECT_EQ(out.SchemaNames(), (Texts{"x", "region", "color", "y"}));
     EXPECT_EQ(out.Segments().size(), 2u);
+}
+
+// Every kind of node a model holds reaches its segment as written: comments,
+// processing instructions, CDATA, escaped attribute values, whitespace; for
+// the first model and for a later one alike.
+TEST_F(CombinerTest, ModelsAreCopiedNodeForNode)
+{
+    AddSplitVars(list, false);
+    const auto out = Combine({{"markup.pmml", {"north"}}, {"markup.pmml", {"south"}}});
+    std::ifstream in(dir.Path("out.pmml"));
+    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string model =
+        "<TreeModel functionName=\"classification\" modelName=\"m&amp;m\">\n"
+        "    <!-- kept as written -->\n"
+        "    <MiningSchema><MiningField name=\"x\"/><MiningField name=\"y\" usageType=\"target\"/></MiningSchema>\n"
+        "    <?engine keep this?>\n"
+        "    <Node score=\"a&quot;b\"><True/><Extension name=\"note\"><![CDATA[x < 1 && y]]></Extension></Node>\n"
+        "  </TreeModel>";
+    const size_t first = text.find(model);
+    ASSERT_NE(first, std::string::npos) << text;
+    EXPECT_NE(text.find(model, first + 1), std::string::npos);
+    EXPECT_NE(text.find("<Header copyright=\"R&amp;D &lt;lab>\"/>"), std::string::npos);
+    EXPECT_EQ(out->Values("y"), (Texts{"a\"b"}));
 }

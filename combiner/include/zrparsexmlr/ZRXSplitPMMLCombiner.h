@@ -150,8 +150,9 @@ private:
 
     // Copies into the output document.
     xercesc::DOMNode* CopyPMML(const xercesc::DOMElement* pmml, bool deep);
-    // Imports `source` into the output document and appends it to `parent`;
-    // null if either is null or the import gives nothing.
+    // Copies `source` (with everything below it when `deep`) into the output
+    // document, node for node as the XML library's import would, and appends
+    // it to `parent`; null if either is null.
     xercesc::DOMNode* CopyChild(const xercesc::DOMNode* source, xercesc::DOMNode* parent,
                                 bool deep);
     xercesc::DOMElement* AppendNewElement(xercesc::DOMNode* parent, const char* tag);
