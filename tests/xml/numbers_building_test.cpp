@@ -3,7 +3,14 @@
 
 #include <zrcommonr/ZRMV.h>
 
+#include <xercesc/util/XMLDouble.hpp>
+#include <xercesc/util/XMLException.hpp>
+
 #include <climits>
+#include <cstring>
+#include <random>
+#include <string>
+#include <vector>
 
 using namespace ZRXPrsUtil;
 
@@ -75,4 +82,38 @@ TEST_F(Numbers, BuildingHelpersReportDomFailuresByTheirResult)
     EXPECT_EQ(GetFirstChildElmt(root, "Header"), nullptr);
     EXPECT_EQ(GetFirstChildExtension(root, "splitInfo"), ext);
     header->release();
+}
+
+// Plain decimals, the form most numbers take, give bit for bit the value of
+// the XML library's own double, whatever their length, sign or zeros.
+TEST_F(Numbers, PlainDecimalsGiveTheXMLLibrarysValue)
+{
+    std::mt19937 random(7);
+    std::vector<std::string> texts{"0", "-0", "-0.0", "007", "0.1", "123456789012345678901234567890123456789",
+                                   "1234567890123456789012345678901234567890123", "9007199254740993",
+                                   "0.30000000000000004", "-2.5", "1.", "-", "1.5.2", "1-"};
+    for (int i = 0; i < 2000; ++i) {
+        std::string text = random() % 2 ? "-" : "";
+        text += std::to_string(random() % 100000000);
+        if (random() % 3)
+            text += "." + std::to_string(random()) + std::to_string(random() % 1000);
+        texts.push_back(text);
+    }
+    for (const std::string& text : texts) {
+        const std::vector<XMLCh> wide = ToUTF16(text.c_str());
+        bool normal = false;
+        double expected = 0;
+        try {
+            const xercesc::XMLDouble library(wide.data());
+            normal = library.getType() == xercesc::XMLDouble::Normal;
+            expected = library.getValue();
+        } catch (const xercesc::XMLException&) {
+        }
+        double value = 8;
+        ASSERT_EQ(ParseDouble(wide.data(), value), normal) << text;
+        if (normal) {
+            EXPECT_EQ(std::memcmp(&value, &expected, sizeof value), 0)
+                << text << ": " << value << " against " << expected;
+        }
+    }
 }

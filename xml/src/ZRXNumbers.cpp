@@ -14,6 +14,7 @@
 #include <xercesc/util/XMLDouble.hpp>
 #include <xercesc/util/XMLStringTokenizer.hpp>
 
+#include <charconv>
 #include <climits>
 
 namespace ZRXPrsUtil {
@@ -31,6 +32,44 @@ public:
     double Value() const { return fValue; }
     LiteralType Type() const { return fType; }
 };
+
+// The plain decimal form that most numbers of a document take: an optional
+// minus, digits, and a fraction of one or more digits, with nothing around
+// them. The XML library accepts every such text as a normal double, and its
+// value is the correctly rounded one, which from_chars gives as well without
+// transcoding the text first. Anything else (exponents, signs, white space,
+// NaN, the infinities, overlong digit strings) is left to the library.
+bool ParsePlainDecimal(const XMLCh* text, double& value)
+{
+    const std::size_t kLongest = 40;
+    char digits[kLongest];
+    std::size_t length = 0;
+    const XMLCh* c = text;
+    if (*c == u'-')
+        digits[length++] = static_cast<char>(*c++);
+    std::size_t whole = 0;
+    for (; *c >= u'0' && *c <= u'9' && length < kLongest; ++c, ++whole)
+        digits[length++] = static_cast<char>(*c);
+    if (whole == 0)
+        return false;
+    if (*c == u'.' && length < kLongest) {
+        digits[length++] = '.';
+        ++c;
+        std::size_t fraction = 0;
+        for (; *c >= u'0' && *c <= u'9' && length < kLongest; ++c, ++fraction)
+            digits[length++] = static_cast<char>(*c);
+        if (fraction == 0)
+            return false;
+    }
+    if (*c != 0)
+        return false;
+    double parsed = 0;
+    const std::from_chars_result result = std::from_chars(digits, digits + length, parsed);
+    if (result.ec != std::errc() || result.ptr != digits + length)
+        return false;
+    value = parsed;
+    return true;
+}
 
 } // namespace
 
@@ -63,6 +102,8 @@ bool ParseDouble(const XMLCh* text, double& value)
 {
     if (!text)
         return false;
+    if (ParsePlainDecimal(text, value))
+        return true;
     try {
         const ZRXMLDouble number(text, xercesc::XMLPlatformUtils::fgMemoryManager);
         switch (number.Type()) {

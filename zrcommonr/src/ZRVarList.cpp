@@ -152,13 +152,18 @@ int ZRVarList::Impl::Add(std::unique_ptr<Variable> variable)
 {
     if (!variable)
         return -1;
-    const std::string name = variable->GetName();
-    if (byName.count(name) != 0)
-        return -1;
     const int index = static_cast<int>(variables.size());
+    // One lookup both refuses a duplicate name and files a new one.
+    const auto filed = byName.try_emplace(variable->GetName(), index);
+    if (!filed.second)
+        return -1;
     variable->index = index;
-    byName.emplace(name, index);
-    variables.push_back(std::move(variable));
+    try {
+        variables.push_back(std::move(variable));
+    } catch (...) {
+        byName.erase(filed.first);
+        throw;
+    }
     return index;
 }
 
