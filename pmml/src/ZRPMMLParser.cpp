@@ -38,6 +38,35 @@ const NameListEntry kNumericTypes[] = {
     {0, "dateTimeSecondsSince[1970]"}, {0, "dateTimeSecondsSince[1980]"},
     {0, nullptr}};
 
+// Texts gathered for one field, whose strings keep their storage from field
+// to field: emptying the list parks its strings, adding takes them back. A
+// long dictionary would otherwise allocate and free a string for every
+// value and label it reads, and that churn grew faster than the dictionary.
+class TextList {
+public:
+    void Clear() {
+        for (std::string& text : texts)
+            spare.push_back(std::move(text));
+        texts.clear();
+    }
+    void Add(const XMLCh* text) {
+        if (spare.empty()) {
+            texts.emplace_back();
+        } else {
+            texts.push_back(std::move(spare.back()));
+            spare.pop_back();
+        }
+        AssignUTF8(texts.back(), text);
+    }
+    const std::vector<std::string>& Texts() const { return texts; }
+    std::size_t size() const { return texts.size(); }
+    const std::string& operator[](std::size_t i) const { return texts[i]; }
+
+private:
+    std::vector<std::string> texts;
+    std::vector<std::string> spare;
+};
+
 // What FillVarList gathers of one DataField before it adds the variable.
 struct FieldData {
     std::string name;
@@ -45,11 +74,11 @@ struct FieldData {
     bool numeric = true;
     bool categorical = true;
     std::vector<double> validNumbers;
-    std::vector<std::string> validStrings;
-    std::vector<std::string> validLabels;
+    TextList validStrings;
+    TextList validLabels;
     std::vector<double> missingNumbers;
-    std::vector<std::string> missingStrings;
-    std::vector<std::string> missingLabels;
+    TextList missingStrings;
+    TextList missingLabels;
     double rangeLower = kLowest;
     double rangeUpper = kHighest;
 
@@ -60,11 +89,11 @@ struct FieldData {
         displayName.clear();
         numeric = categorical = true;
         validNumbers.clear();
-        validStrings.clear();
-        validLabels.clear();
+        validStrings.Clear();
+        validLabels.Clear();
         missingNumbers.clear();
-        missingStrings.clear();
-        missingLabels.clear();
+        missingStrings.Clear();
+        missingLabels.Clear();
         rangeLower = kLowest;
         rangeUpper = kHighest;
     }
@@ -99,11 +128,11 @@ void ReadValue(const DOMElement& value, FieldData& data) {
             if (ParseDouble(text, number))
                 (valid ? data.validNumbers : data.missingNumbers).push_back(number);
         } else {
-            (valid ? data.validStrings : data.missingStrings).push_back(ToUTF8(text));
+            (valid ? data.validStrings : data.missingStrings).Add(text);
         }
     }
     if (const XMLCh* label = GetAttribute(value, "displayValue"))
-        (valid ? data.validLabels : data.missingLabels).push_back(ToUTF8(label));
+        (valid ? data.validLabels : data.missingLabels).Add(label);
 }
 
 // An Extension of a numeric field that sets one end of the invalid range;
@@ -135,13 +164,13 @@ int AddCategorical(ZRVarList& varList, const FieldData& data) {
     if (data.numeric) {
         if (data.validLabels.size() == data.validNumbers.size())
             return varList.AddCatVar(data.name, data.displayName, data.validNumbers,
-                                     data.validLabels, kRole);
+                                     data.validLabels.Texts(), kRole);
         return varList.AddCatVar(data.name, data.displayName, data.validNumbers, kRole);
     }
     if (data.validLabels.size() == data.validStrings.size())
-        return varList.AddCatVar(data.name, data.displayName, data.validStrings,
-                                 data.validLabels, kRole);
-    return varList.AddCatVar(data.name, data.displayName, data.validStrings, kRole);
+        return varList.AddCatVar(data.name, data.displayName, data.validStrings.Texts(),
+                                 data.validLabels.Texts(), kRole);
+    return varList.AddCatVar(data.name, data.displayName, data.validStrings.Texts(), kRole);
 }
 
 // A continuous variable, binned when there are three cut points or more;
@@ -288,9 +317,9 @@ ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::st
         if (!wantedFields.empty() && FindXStrInList(name, wantedFields) < 0)
             continue;
         data.Reset();
-        data.name = ToUTF8(name);
+        AssignUTF8(data.name, name);
         if (const XMLCh* displayName = GetAttribute(*field, "displayName"))
-            data.displayName = ToUTF8(displayName);
+            AssignUTF8(data.displayName, displayName);
         result = ReadFieldKind(*field, data);
         if (!result.IsOK())
             break;

@@ -35,6 +35,11 @@ bool ParseDoublesList(const XMLCh* text, std::vector<double>& values);
 // equals `name`. The tag is not looked at.
 bool IsVendorExtension(const xercesc::DOMElement& element, const char* name);
 
+// ToUTF8 of `text` into `out`, which keeps its storage: a reader that
+// converts many texts into one string allocates only when a text is longer
+// than any before it.
+void AssignUTF8(std::string& out, const XMLCh* text);
+
 // A UTF-8 name (or other short text) as XMLCh text, exactly as ToUTF16 gives
 // it: null, non-ASCII and invalid UTF-8 text included. ASCII text shorter
 // than the buffer, as every tag and attribute name of the readers is, is

@@ -1,6 +1,6 @@
 // Conversion between the XML library's UTF-16 XMLCh text and the byte
 // encodings that the library's own code handles.
-#include <zrparsexmlr/ZRXPrsUtil.h>
+#include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/TransService.hpp>
@@ -234,19 +234,25 @@ std::string ZRXTranscoder::TranscodeTo(const XMLCh* text) const
     return result;
 }
 
-std::string ToUTF8(const XMLCh* text)
+void AssignUTF8(std::string& out, const XMLCh* text)
 {
-    std::string result;
+    out.clear();
     if (!text)
-        return result;
+        return;
     const std::size_t count = xercesc::XMLString::stringLen(text);
-    result.reserve(count);
-    if (!Utf16ToUtf8(text, count, result)) {
+    out.reserve(count);
+    if (!Utf16ToUtf8(text, count, out)) {
         // Text that the direct conversion refuses goes to the XML library's
         // own UTF-8 transcoder, so that the answer for it is exactly that
         // transcoder's, whatever its quirks.
-        result = ZRXTranscoder().TranscodeTo(text);
+        out = ZRXTranscoder().TranscodeTo(text);
     }
+}
+
+std::string ToUTF8(const XMLCh* text)
+{
+    std::string result;
+    AssignUTF8(result, text);
     return result;
 }
 
