@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cfloat>
+#include <map>
+#include <random>
+#include <string>
 
 using namespace ZRMTD_NAMESPACE;
 
@@ -132,4 +135,36 @@ TEST(VarList, OutOfRangeIndexGivesNullVariableAndASpareEncoder)
     spare->AddMissing(1.0, "");  // goes nowhere that a variable sees
     list.AddContVar("x", "", IZRVariable::eRoleInput);
     EXPECT_TRUE(list.GetEncoderAt(0)->GetNumericMissing().empty());
+}
+
+// Thousands of names added and renamed in random order: every name is found
+// where a plain map says, and only there.
+TEST(VarList, NamesStayFindableThroughManyAdditionsAndRenames)
+{
+    ZRVarList list;
+    std::map<std::string, int> expected;
+    std::mt19937 random(11);
+    for (int i = 0; i < 4000; ++i) {
+        const std::string name = "v" + std::to_string(random() % 6000);
+        const int index = list.AddContVar(name, "", IZRVariable::eRoleInput);
+        EXPECT_EQ(index >= 0, expected.count(name) == 0) << name;
+        if (index >= 0)
+            expected[name] = index;
+    }
+    for (int i = 0; i < 3000; ++i) {
+        const int index = static_cast<int>(random() % list.Size());
+        IZRVariable* variable = list.GetVarAt(index);
+        const std::string before = variable->GetName();
+        const std::string after = "v" + std::to_string(random() % 9000);
+        if (expected.count(before) != 0 && expected[before] == index)
+            expected.erase(before);
+        if (expected.count(after) == 0)
+            expected[after] = index;
+        variable->SetName(after);
+    }
+    for (int i = 0; i < 9000; ++i) {
+        const std::string name = "v" + std::to_string(i);
+        const auto found = expected.find(name);
+        ASSERT_EQ(list.FindVar(name), found == expected.end() ? -1 : found->second) << name;
+    }
 }

@@ -1,8 +1,9 @@
 #include <zrcommonr/ZRVarList.h>
 #include <zrcommonr/ZRFormat.h>
 
+#include "ZRNameIndex.h"
+
 #include <cfloat>
-#include <unordered_map>
 
 namespace ZRMTD_NAMESPACE {
 
@@ -87,11 +88,12 @@ class Variable;
 
 struct ZRVarList::Impl {
     std::vector<std::unique_ptr<Variable>> variables;
-    std::unordered_map<std::string, int> byName;
+    ZRNameIndex byName;
     Encoder spare;
 
     int Add(std::unique_ptr<Variable> variable);
     void Rename(int index, const std::string& oldName, const std::string& newName);
+    int Find(const std::string& name) const;
 };
 
 namespace {
@@ -106,6 +108,7 @@ public:
 
     int GetVarType() const override { return m_type; }
     std::string GetName() const override { return m_name; }
+    const std::string& Name() const { return m_name; }
     std::string GetLabel() const override { return m_label; }
     int GetNValues() const override { return encoder.GetNValues(); }
     int GetValueFormat() const override { return m_storage; }
@@ -153,15 +156,17 @@ int ZRVarList::Impl::Add(std::unique_ptr<Variable> variable)
     if (!variable)
         return -1;
     const int index = static_cast<int>(variables.size());
+    auto nameAt = [this](int i) -> const std::string& { return variables[static_cast<std::size_t>(i)]->Name(); };
     // One lookup both refuses a duplicate name and files a new one.
-    const auto filed = byName.try_emplace(variable->GetName(), index);
-    if (!filed.second)
+    if (!byName.Insert(variable->Name(), index, nameAt))
         return -1;
     variable->index = index;
     try {
         variables.push_back(std::move(variable));
     } catch (...) {
-        byName.erase(filed.first);
+        byName.Erase(variable->Name(), index, [&](int i) -> const std::string& {
+            return i == index ? variable->Name() : variables[static_cast<std::size_t>(i)]->Name();
+        });
         throw;
     }
     return index;
@@ -169,10 +174,15 @@ int ZRVarList::Impl::Add(std::unique_ptr<Variable> variable)
 
 void ZRVarList::Impl::Rename(int index, const std::string& oldName, const std::string& newName)
 {
-    auto found = byName.find(oldName);
-    if (found != byName.end() && found->second == index)
-        byName.erase(found);
-    byName.emplace(newName, index);
+    // The variable still answers to its old name while it is refiled.
+    auto nameAt = [this](int i) -> const std::string& { return variables[static_cast<std::size_t>(i)]->Name(); };
+    byName.Erase(oldName, index, nameAt);
+    byName.Insert(newName, index, nameAt);
+}
+
+int ZRVarList::Impl::Find(const std::string& name) const
+{
+    return byName.Find(name, [this](int i) -> const std::string& { return variables[static_cast<std::size_t>(i)]->Name(); });
 }
 
 ZRVarList::ZRVarList() : m_impl(new Impl) {}
@@ -317,8 +327,7 @@ std::size_t ZRVarList::Size() const { return m_impl->variables.size(); }
 
 int ZRVarList::FindVar(const std::string& name) const
 {
-    const auto found = m_impl->byName.find(name);
-    return found == m_impl->byName.end() ? -1 : found->second;
+    return m_impl->Find(name);
 }
 
 } // namespace ZRMTD_NAMESPACE
