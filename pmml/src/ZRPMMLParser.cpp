@@ -120,9 +120,25 @@ ZRStatus ReadFieldKind(const DOMElement& field, FieldData& data) {
 void ReadValue(const DOMElement& value, FieldData& data) {
     if (!value.hasAttributes())
         return;
-    const XMLCh* property = GetAttribute(value, "property");
+    // The three attributes in one pass over the element's attributes, rather
+    // than a lookup by name for each: a Value is read per value of every
+    // field, so this is the innermost step of the dictionary walk.
+    const XMLCh* property = nullptr;
+    const XMLCh* text = nullptr;
+    const XMLCh* label = nullptr;
+    const xercesc::DOMNamedNodeMap* attributes = value.getAttributes();
+    for (XMLSize_t i = 0, count = attributes->getLength(); i < count; ++i) {
+        const auto& attribute = static_cast<const xercesc::DOMAttr&>(*attributes->item(i));
+        const XMLCh* name = attribute.getName();
+        if (xercesc::XMLString::equals(name, u"value"))
+            text = AttributeValue(attribute);
+        else if (xercesc::XMLString::equals(name, u"displayValue"))
+            label = AttributeValue(attribute);
+        else if (xercesc::XMLString::equals(name, u"property"))
+            property = AttributeValue(attribute);
+    }
     const bool valid = !property || XStrEqualsUTF8Str(property, "valid");
-    if (const XMLCh* text = GetAttribute(value, "value")) {
+    if (text) {
         if (data.numeric) {
             double number = 0.0;
             if (ParseDouble(text, number))
@@ -131,7 +147,7 @@ void ReadValue(const DOMElement& value, FieldData& data) {
             (valid ? data.validStrings : data.missingStrings).Add(text);
         }
     }
-    if (const XMLCh* label = GetAttribute(value, "displayValue"))
+    if (label)
         (valid ? data.validLabels : data.missingLabels).Add(label);
 }
 

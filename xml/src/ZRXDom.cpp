@@ -38,19 +38,22 @@ const xercesc::DOMElement* FirstExtensionFrom(const xercesc::DOMNode* node, cons
 
 } // namespace
 
-const XMLCh* GetAttribute(const xercesc::DOMElement& element, const char* name)
+const XMLCh* AttributeValue(const xercesc::DOMAttr& attribute)
 {
-    const xercesc::DOMAttr* attribute = element.getAttributeNode(ZRXName(name).c_str());
-    if (!attribute)
-        return nullptr;
     // A parsed attribute holds its value as a single text child, which is
     // read here directly: getValue() finds the same text through a checked
     // cast that costs more than the rest of the lookup. Other forms (an
     // empty value, several children) go through getValue().
-    const xercesc::DOMNode* text = attribute->getFirstChild();
+    const xercesc::DOMNode* text = attribute.getFirstChild();
     if (text && text->getNodeType() == xercesc::DOMNode::TEXT_NODE && !text->getNextSibling())
         return text->getNodeValue();
-    return attribute->getValue();
+    return attribute.getValue();
+}
+
+const XMLCh* GetAttribute(const xercesc::DOMElement& element, const char* name)
+{
+    const xercesc::DOMAttr* attribute = element.getAttributeNode(ZRXName(name).c_str());
+    return attribute ? AttributeValue(*attribute) : nullptr;
 }
 
 const XMLCh* GetAttribute(const xercesc::DOMNode& node, const char* name)

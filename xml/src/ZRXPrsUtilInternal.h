@@ -11,6 +11,7 @@
 #include <vector>
 
 XERCES_CPP_NAMESPACE_BEGIN
+class DOMAttr;
 class XercesDOMParser;
 XERCES_CPP_NAMESPACE_END
 
@@ -34,6 +35,10 @@ bool ParseDoublesList(const XMLCh* text, std::vector<double>& values);
 // "extender" equals VendorExtenderId and, if `name` is not null, "name"
 // equals `name`. The tag is not looked at.
 bool IsVendorExtension(const xercesc::DOMElement& element, const char* name);
+
+// The value of an attribute node, as getValue() gives it, read from its
+// single text child where it has one.
+const XMLCh* AttributeValue(const xercesc::DOMAttr& attribute);
 
 // ToUTF8 of `text` into `out`, which keeps its storage: a reader that
 // converts many texts into one string allocates only when a text is longer

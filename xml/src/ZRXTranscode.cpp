@@ -240,8 +240,16 @@ void AssignUTF8(std::string& out, const XMLCh* text)
     if (!text)
         return;
     const std::size_t count = xercesc::XMLString::stringLen(text);
-    out.reserve(count);
-    if (!Utf16ToUtf8(text, count, out)) {
+    // The ASCII run at the start, which is often the whole text, is written
+    // straight into the string; the rest goes unit by unit.
+    out.resize(count);
+    std::size_t ascii = 0;
+    for (; ascii < count && text[ascii] < 0x80; ++ascii)
+        out[ascii] = static_cast<char>(text[ascii]);
+    if (ascii == count)
+        return;
+    out.resize(ascii);
+    if (!Utf16ToUtf8(text + ascii, count - ascii, out)) {
         // Text that the direct conversion refuses goes to the XML library's
         // own UTF-8 transcoder, so that the answer for it is exactly that
         // transcoder's, whatever its quirks.
