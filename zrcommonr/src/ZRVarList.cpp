@@ -94,6 +94,7 @@ struct ZRVarList::Impl {
     int Add(std::unique_ptr<Variable> variable);
     void Rename(int index, const std::string& oldName, const std::string& newName);
     int Find(const std::string& name) const;
+    const std::string& NameAt(int index) const;
 };
 
 namespace {
@@ -156,7 +157,7 @@ int ZRVarList::Impl::Add(std::unique_ptr<Variable> variable)
     if (!variable)
         return -1;
     const int index = static_cast<int>(variables.size());
-    auto nameAt = [this](int i) -> const std::string& { return variables[static_cast<std::size_t>(i)]->Name(); };
+    auto nameAt = [this](int i) -> const std::string& { return NameAt(i); };
     // One lookup both refuses a duplicate name and files a new one.
     if (!byName.Insert(variable->Name(), index, nameAt))
         return -1;
@@ -165,7 +166,7 @@ int ZRVarList::Impl::Add(std::unique_ptr<Variable> variable)
         variables.push_back(std::move(variable));
     } catch (...) {
         byName.Erase(variable->Name(), index, [&](int i) -> const std::string& {
-            return i == index ? variable->Name() : variables[static_cast<std::size_t>(i)]->Name();
+            return i == index ? variable->Name() : NameAt(i);
         });
         throw;
     }
@@ -175,14 +176,19 @@ int ZRVarList::Impl::Add(std::unique_ptr<Variable> variable)
 void ZRVarList::Impl::Rename(int index, const std::string& oldName, const std::string& newName)
 {
     // The variable still answers to its old name while it is refiled.
-    auto nameAt = [this](int i) -> const std::string& { return variables[static_cast<std::size_t>(i)]->Name(); };
+    auto nameAt = [this](int i) -> const std::string& { return NameAt(i); };
     byName.Erase(oldName, index, nameAt);
     byName.Insert(newName, index, nameAt);
 }
 
 int ZRVarList::Impl::Find(const std::string& name) const
 {
-    return byName.Find(name, [this](int i) -> const std::string& { return variables[static_cast<std::size_t>(i)]->Name(); });
+    return byName.Find(name, [this](int i) -> const std::string& { return NameAt(i); });
+}
+
+const std::string& ZRVarList::Impl::NameAt(int index) const
+{
+    return variables[static_cast<std::size_t>(index)]->Name();
 }
 
 ZRVarList::ZRVarList() : m_impl(new Impl) {}
