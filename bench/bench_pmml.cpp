@@ -104,9 +104,9 @@ void FillVarList(benchmark::State& state) {
     // One untimed fill first, so that every timed list, at every size, goes
     // into memory the process has used before. The largest size runs one
     // iteration per repetition, which would otherwise be the first fill
-    // after the parse: a third of its time went to the kernel supplying the
-    // list's fresh pages, which the smaller sizes, with many iterations,
-    // pay once and not per iteration.
+    // after the parse: a third to a half of its time went to the kernel
+    // supplying the list's fresh pages, which the smaller sizes, with many
+    // iterations, pay once and not per iteration.
     {
         ZRMetadata::ZRVarList warmUp;
         fill(warmUp);

@@ -5,6 +5,7 @@
 #include <zrparsexmlr/ZRXMLReadWrite.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
+#include "ZRXPrsUtilInternal.h"
 #include "ZRXSplitInternal.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -93,7 +94,8 @@ const long kValueCount = 126;
 // imports its text child, each checked and appended, which cost about as
 // much as the whole parse of the model. Any other kind of node, and an
 // element with a namespace, is imported by the library.
-xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNode* source, bool& whole)
+xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNode* source,
+                           bool& whole)
 {
     whole = false;
     switch (source->getNodeType()) {
@@ -104,9 +106,9 @@ xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNod
         const xercesc::DOMNamedNodeMap* attributes = source->getAttributes();
         const XMLSize_t count = attributes != nullptr ? attributes->getLength() : 0;
         for (XMLSize_t i = 0; i < count; ++i) {
-            const xercesc::DOMAttr* attribute = static_cast<const xercesc::DOMAttr*>(attributes->item(i));
+            const auto* attribute = static_cast<const xercesc::DOMAttr*>(attributes->item(i));
             if (attribute->getSpecified())
-                copy->setAttribute(attribute->getName(), attribute->getValue());
+                copy->setAttribute(attribute->getName(), AttributeValue(*attribute));
         }
         return copy;
     }
@@ -125,7 +127,8 @@ xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNod
 // A copy of source in `document`, with everything below it when deep, in
 // document order. Walks without recursion, so that a deep tree stays off the
 // call stack.
-xercesc::DOMNode* CopyTree(xercesc::DOMDocument& document, const xercesc::DOMNode* source, bool deep)
+xercesc::DOMNode* CopyTree(xercesc::DOMDocument& document, const xercesc::DOMNode* source,
+                           bool deep)
 {
     bool whole = false;
     xercesc::DOMNode* root = CopyNode(document, source, whole);
