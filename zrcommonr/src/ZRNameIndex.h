@@ -27,14 +27,9 @@ public:
     {
         if (slots.empty())
             return -1;
-        const std::uint32_t hash = Hash(name);
-        for (std::size_t i = hash & Mask();; i = (i + 1) & Mask()) {
-            const Slot& slot = slots[i];
-            if (slot.position < 0)
-                return -1;
-            if (slot.hash == hash && nameAt(slot.position) == name)
-                return slot.position;
-        }
+        bool found = false;
+        const std::size_t slot = Probe(name, Hash(name), nameAt, found);
+        return found ? slots[slot].position : -1;
     }
 
     // Files `position` under `name`; false, with nothing filed, when the name
@@ -42,11 +37,14 @@ public:
     template <class NameAt>
     bool Insert(const std::string& name, int position, NameAt nameAt)
     {
-        if (Find(name, nameAt) >= 0)
-            return false;
         if (2 * (used + 1) > slots.size())
             Grow();
-        Place(Slot{Hash(name), position});
+        const std::uint32_t hash = Hash(name);
+        bool found = false;
+        const std::size_t slot = Probe(name, hash, nameAt, found);
+        if (found)
+            return false;
+        slots[slot] = Slot{hash, position};
         ++used;
         return true;
     }
@@ -55,12 +53,12 @@ public:
     template <class NameAt>
     void Erase(const std::string& name, int position, NameAt nameAt)
     {
-        if (Find(name, nameAt) != position)
+        if (slots.empty())
             return;
-        const std::uint32_t hash = Hash(name);
-        std::size_t hole = hash & Mask();
-        while (slots[hole].position != position)
-            hole = (hole + 1) & Mask();
+        bool found = false;
+        std::size_t hole = Probe(name, Hash(name), nameAt, found);
+        if (!found || slots[hole].position != position)
+            return;
         // Backward shift: every entry of the run after the hole that may sit
         // there (its home is not inside the cycle from the hole to it) moves
         // up, so that no later search stops short at the hole.
@@ -83,6 +81,23 @@ private:
         std::uint32_t hash = 0;
         std::int32_t position = -1;
     };
+
+    // The slot that files `name` (`found`) or else the empty slot that ends
+    // its run. The table is not empty.
+    template <class NameAt>
+    std::size_t Probe(const std::string& name, std::uint32_t hash, NameAt nameAt,
+                      bool& found) const
+    {
+        std::size_t i = hash & Mask();
+        for (; slots[i].position >= 0; i = (i + 1) & Mask()) {
+            if (slots[i].hash == hash && nameAt(slots[i].position) == name) {
+                found = true;
+                return i;
+            }
+        }
+        found = false;
+        return i;
+    }
 
     static std::uint32_t Hash(const std::string& name)
     {
