@@ -33,24 +33,28 @@ void Check(bool ok)
         std::abort();
 }
 
-// A fixed-buffer result fits the capacity it was given.
-void CheckLength(int length, int capacity, int sourceLength)
+// A fixed-buffer result fits the capacity it was given; a byte copy in
+// terminated mode (byteCopy) may fill the capacity, its NUL going behind it.
+void CheckLength(int length, int capacity, int sourceLength, bool byteCopy)
 {
     Check(length >= 0);
     if (capacity > 0)
-        Check(length <= (sourceLength < 0 ? capacity - 1 : capacity));
+        Check(length <= (sourceLength < 0 && !byteCopy ? capacity - 1 : capacity));
 }
 
 // Runs one fixed-buffer conversion in counted and in terminated mode;
-// convert(target, capacity, sourceLength, resultCode) picks its source.
+// convert(target, capacity, sourceLength, resultCode) picks its source. A
+// byte copy gets one byte more than the capacity in terminated mode, as it
+// asks.
 template <class Unit, class Convert>
-void FixedBuffer(int capacity, size_t countedLength, Convert convert)
+void FixedBuffer(int capacity, size_t countedLength, Convert convert, bool byteCopy = false)
 {
     for (int sourceLength : {static_cast<int>(countedLength), -1}) {
-        std::vector<Unit> target(capacity > 0 ? static_cast<size_t>(capacity) : 0);
+        const size_t extra = byteCopy && sourceLength < 0 ? 1 : 0;
+        std::vector<Unit> target(capacity > 0 ? static_cast<size_t>(capacity) + extra : 0);
         int code = -1;
         const int length = convert(target.empty() ? nullptr : target.data(), capacity, sourceLength, &code);
-        CheckLength(length, capacity, sourceLength);
+        CheckLength(length, capacity, sourceLength, byteCopy);
         Check(code >= 0 && code <= 3);
         if (sourceLength < 0 && capacity > 0)
             Check(target[static_cast<size_t>(length)] == 0);
@@ -152,12 +156,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         });
     }
     SetUTF8mode(capacity & 1);
+    const bool byteCopy = qUTF8mode() == 1;
     FixedBuffer<char>(capacity, text.size(), [&](char* t, int c, int n, int* r) {
         return VORKMBGenericto8(t, c, t8, n, r);
-    });
+    }, byteCopy);
     FixedBuffer<char>(capacity, text.size(), [&](char* t, int c, int n, int* r) {
         return VORKMB8toGeneric(t, c, t8, n, r);
-    });
+    }, byteCopy);
+    FixedBuffer<char>(capacity, text.size(), [&](char* t, int c, int n, int* r) {
+        return VORKMBGenerictoCodePage(gCp1252, t, c, t8, n, r);
+    }, !byteCopy);
 
     U16String wide;
     std::string narrow;

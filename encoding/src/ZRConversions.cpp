@@ -153,7 +153,9 @@ int Fail(const Plan& plan, Unit* target, int* resultCode)
     return Complete(plan, target, outcome, resultCode, [](int) { return 0; });
 }
 
-// Copies bytes where nothing is to be converted.
+// Copies bytes where nothing is to be converted: the smaller of the capacity
+// and the source's length, and in terminated mode a NUL behind them, so that
+// there the target holds one byte more than the capacity.
 int ByteCopy(char* target, int capacity, const char* source, int sourceLength, int* resultCode)
 {
     if (resultCode)
@@ -165,8 +167,7 @@ int ByteCopy(char* target, int capacity, const char* source, int sourceLength, i
         length = static_cast<size_t>(INT_MAX);
     if (!target || capacity <= 0)
         return static_cast<int>(length);
-    const int room = sourceLength < 0 ? capacity - 1 : capacity;
-    const int count = static_cast<int>(length) < room ? static_cast<int>(length) : room;
+    const int count = static_cast<int>(length) < capacity ? static_cast<int>(length) : capacity;
     if (count > 0)
         std::memmove(target, source, static_cast<size_t>(count));
     if (sourceLength < 0)

@@ -133,9 +133,12 @@ TEST_F(GbkTest, GenericRoutes)
     EXPECT_EQ(Out(VORKMBGenericToU8(cp1252.get(), s, "\xFF"), s), "0|\xFF");
     EXPECT_EQ(Out(VORKMBCodePageToGeneric(cp1252.get(), s, "\xE9"), s), "0|\xC3\xA9");
     EXPECT_EQ(Out(VORKMBU16ToGeneric(s, U16({0x4E2D})), s), "0|\xE4\xB8\xAD");
-    // Byte copy: reports 0 even when it cuts inside a character.
+    // Byte copy: reports 0 even when it cuts inside a character; in
+    // terminated mode it fills the capacity and puts the NUL behind it.
     EXPECT_EQ(Fixed(VORKMBGenericto8, 2, "\xE4\xB8\xAD", 3), "2 0|\xE4\xB8Z");
-    EXPECT_EQ(Fixed(VORKMB8toGeneric, 3, "abcdef"), "2 0|ab\\0Z") << "the NUL stays within the capacity";
+    EXPECT_EQ(Fixed(VORKMBGenericto8, 4, "abcdef"), "4 0|abcd\\0");
+    EXPECT_EQ(Fixed(VORKMB8toGeneric, 3, "abcdef"), "3 0|abc\\0");
+    EXPECT_EQ(Fixed(VORKMB8toGeneric, 5, "ab"), "2 0|ab\\0ZZZ");
     EXPECT_EQ(Fixed(VORKMBGenericto8, 0, "abcdef"), "6 0|Z");
 
     SetUTF8mode(0);
@@ -144,6 +147,8 @@ TEST_F(GbkTest, GenericRoutes)
     EXPECT_EQ(Out(VORKMBU8ToGeneric(s, "\xE4\xB8\xAD"), s), "0|\xD6\xD0");
     EXPECT_EQ(Out(VORKMBGenericToCodePage(cp1252.get(), s, "\xD6\xD0"), s), "0|\xD6\xD0");
     EXPECT_EQ(Fixed(VORKMBGenerictoCodePage, nullptr, 3, "ab"), "2 0|ab\\0Z");
+    EXPECT_EQ(Fixed(VORKMBGenerictoCodePage, nullptr, 4, "abcdef"), "4 0|abcd\\0");
+    EXPECT_EQ(Fixed(VORKMBCodePagetoGeneric, cp1252.get(), 1, "\xD6\xD0"), "1 0|\xD6\\0");
     EXPECT_EQ(Fixed(VORKMB16toGeneric, 3, U16({0x4E2D}).c_str()), "2 0|\xD6\xD0\\0Z");
     EXPECT_EQ(Fixed(VORKMBGenericto16, 2, "\xD6\xD0"), "1 0|4E2D 0000 7777");
 }

@@ -230,10 +230,11 @@ ZRXPRS_API int VORKMB8toCodePage(void* converter, char* target, int capacity, co
 
 // Generic text. Where source and target are in the same encoding the text is
 // copied byte for byte, with no regard to characters, and the code is 0 even
-// when the text is cut. In terminated mode the copy keeps one byte of the
-// capacity for its NUL, as every conversion does, so it never writes past the
-// capacity; a capacity of 0 or less (or a null target) copies nothing and
-// gives the source's length.
+// when the text is cut. The copy takes the smaller of the capacity and the
+// source's length (in terminated mode its strlen) and gives that count; in
+// terminated mode a NUL follows the bytes copied, so unlike the conversions
+// the target must then hold capacity + 1 bytes. A capacity of 0 or less (or a
+// null target) copies nothing and gives the source's length.
 ZRXPRS_API int VORKMBGenericto16(unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode);
 ZRXPRS_API int VORKMB16toGeneric(char* target, int capacity, const unsigned short* source, int sourceLength, int* resultCode);
 ZRXPRS_API int VORKMBGenericto8(char* target, int capacity, const char* source, int sourceLength, int* resultCode);
