@@ -13,6 +13,7 @@
 #include <unicode/ucnv.h>
 #include <unicode/ustring.h>
 
+#include <clocale>
 #include <cstdio>
 #include <map>
 #include <string>
@@ -188,7 +189,9 @@ BENCHMARK(BM_VORKMBU16ToCodePage_clone)->Args({0, 2})->Args({1, 2})->Args({2, 2}
 
 int main(int argc, char** argv)
 {
-    Internal::SetDefaultCodePage("GBK");
+    // The default converter follows the character locale: GBK, as the CJK
+    // script's converter.
+    std::setlocale(LC_ALL, "zh_CN.GBK");
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

@@ -115,8 +115,8 @@ void PrimitivesC(const std::string& text, unsigned int character)
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
-    // Code page text is GBK, in ICU and in the C library when the locale exists.
-    Internal::SetDefaultCodePage("GBK");
+    // Code page text is GBK where the locale exists: the default converter
+    // follows the character locale.
     std::setlocale(LC_ALL, "zh_CN.GBK");
     gCp1252 = VORKMBConverterNew_C("1252");
     return 0;

@@ -19,6 +19,8 @@ make_locale en_US CP1252 en_US.CP1252
 make_locale en_US ISO-8859-1 en_US
 make_locale zh_CN GBK zh_CN.GBK
 make_locale ja_JP SHIFT_JIS ja_JP.SJIS
+# A code set that ICU does not know: the default converter cannot be opened.
+make_locale hy_AM ARMSCII-8 hy_AM.ARMSCII-8
 
 missing=0
 for needed in en_US en_US.UTF-8 en_US.CP1252 zh_CN.GBK; do

@@ -2,6 +2,7 @@
 // input, private clones of the default converter, and reading code page text
 // one character at a time.
 #include "ZREncodingInternal.h"
+#include "ZRPlatform.h"
 
 #include <unicode/ucnv_cb.h>
 #include <unicode/uchar.h>
@@ -228,8 +229,11 @@ void* VORKMBConverterNew_C(const char* name)
             if (U_SUCCESS(err))
                 cnv = ucnv_open(defName, &err);
         } else {
-            const std::string chosen = DefaultCodePage();
-            cnv = ucnv_open(chosen.empty() ? nullptr : chosen.c_str(), &err);
+            // The host's code page: that of the character locale the host
+            // has set. ICU's own default is always UTF-8 here, whatever the
+            // locale, and serves only while the host has set none.
+            const std::string codeSet = Platform::CharacterCodeSet();
+            cnv = ucnv_open(codeSet.empty() ? nullptr : codeSet.c_str(), &err);
         }
     } else {
         char* end = nullptr;

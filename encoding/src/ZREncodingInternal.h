@@ -26,24 +26,16 @@ enum ResultCode { kConverted = 0, kDidNotFit = 1, kNoScratch = 2, kTrouble = 3 }
 
 namespace Internal {
 
-// Names the code page that the default converter opens when it is created,
-// instead of ICU's default (which is always UTF-8 on this platform). Null
-// returns to ICU's default. Takes effect at the next creation; meant for set-up
-// code and tests, before first use.
-void SetDefaultCodePage(const char* name);
-
-// Closes the default converter and returns every process-wide value of the
-// encoding services to its start (UTF-8 mode on, ID 0, locale not prepared,
-// system encoding not worked out). For tests only: nothing may use the
-// services meanwhile.
+// Returns the UTF-8 mode, the prepared locale and the system encoding to
+// their start (mode on, locale not prepared, system encoding not worked out).
+// The default converter and its ID stay: once made, the converter lasts to
+// process end. For tests only: nothing may use the services meanwhile.
 void ResetEncodingState();
 
 // The default converter, created if need be; null if it cannot be opened.
 UConverter* DefaultConverter();
 // The default converter if it exists, else null; never creates it.
 UConverter* ExistingDefaultConverter();
-// The code page named by SetDefaultCodePage, or "".
-std::string DefaultCodePage();
 
 // Gives every converter the system's behaviour on bad input: "?" for what
 // cannot be converted, and a warning of kSubstUnassigned / kSubstIllegal.

@@ -18,12 +18,10 @@ std::atomic<int> gDefaultConverterId{0};
 std::atomic<bool> gLocaleEnabled{false};
 std::atomic<bool> gSystemEncodingReady{false};
 std::string gSystemEncoding;
-std::string gDefaultCodePage;  // empty: ICU's own default
 
 // First use of each value is guarded; afterwards the atomics answer alone.
 std::mutex gConverterMutex;
 std::mutex gLocaleMutex;
-std::mutex gCodePageMutex;
 
 void EnableLocaleLocked()
 {
@@ -44,31 +42,19 @@ void EnableLocaleLocked()
 
 namespace Internal {
 
-void SetDefaultCodePage(const char* name)
-{
-    std::lock_guard<std::mutex> lock(gCodePageMutex);
-    gDefaultCodePage = name ? name : "";
-}
-
-std::string DefaultCodePage()
-{
-    std::lock_guard<std::mutex> lock(gCodePageMutex);
-    return gDefaultCodePage;
-}
-
 void ResetEncodingState()
 {
-    std::lock_guard<std::mutex> lockC(gConverterMutex);
-    std::lock_guard<std::mutex> lockL(gLocaleMutex);
-    if (UConverter* cnv = gDefaultConverter.exchange(nullptr))
-        ucnv_close(cnv);
-    gDefaultConverterId.store(0);
+    std::lock_guard<std::mutex> lock(gLocaleMutex);
     gUTF8mode.store(1);
     gLocaleEnabled.store(false);
     gSystemEncodingReady.store(false);
     gSystemEncoding.clear();
 }
 
+// Once made, the default converter is only read, so the fast path is one
+// atomic load. The first need opens it under a lock, so that threads that
+// need it at the same moment all get the one converter and the ID counts one
+// opening; a failed open stores nothing, and the next need tries again.
 UConverter* DefaultConverter()
 {
     UConverter* cnv = gDefaultConverter.load(std::memory_order_acquire);

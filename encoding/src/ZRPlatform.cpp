@@ -6,6 +6,8 @@
 #include <cwchar>
 #include <string>
 
+#include <langinfo.h>
+
 namespace ZRMem {
 namespace Platform {
 
@@ -28,6 +30,15 @@ int MbLen(const char* text, size_t count)
     if (n == static_cast<size_t>(-1) || n == static_cast<size_t>(-2))
         return -1;
     return static_cast<int>(n);
+}
+
+std::string CharacterCodeSet()
+{
+    const char* name = std::setlocale(LC_CTYPE, nullptr);
+    if (!name || std::strcmp(name, "C") == 0 || std::strcmp(name, "POSIX") == 0)
+        return std::string();
+    const char* codeSet = nl_langinfo(CODESET);
+    return codeSet ? codeSet : "";
 }
 
 const char* SetLocale(int category, const char* locale)

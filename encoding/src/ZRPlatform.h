@@ -5,6 +5,7 @@
 #define ZRPARSEXMLR_ZRPLATFORM_H
 
 #include <cstddef>
+#include <string>
 
 namespace ZRMem {
 namespace Platform {
@@ -18,6 +19,11 @@ int IsLeadByte(int byte);
 // a null pointer or a NUL, -1 if the bytes do not form a whole valid
 // character. Keeps no state between calls.
 int MbLen(const char* text, size_t count);
+
+// The code set of the C library's character locale (nl_langinfo(CODESET):
+// "GBK", "CP1252", "UTF-8", ...), or "" while that locale is "C" or "POSIX",
+// that is, while the host has set none.
+std::string CharacterCodeSet();
 
 // setlocale, unchanged.
 const char* SetLocale(int category, const char* locale);

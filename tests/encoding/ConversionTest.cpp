@@ -55,11 +55,11 @@ TEST_F(EncodingTest, IllFormedUnicodeGivesTroubleAndAnEmptyText)
     EXPECT_EQ(Take(VORKMBTranscodeU8(lone.c_str())), "");
 }
 
-// In a code page wider than UTF-8 (UTF-8 itself with U+FFFD for a bad byte)
-// the string form's room can be short, the new array's is not.
-TEST_F(EncodingTest, RoomInAWideCodePage)
+// In a code page wider than UTF-8 (UTF-8 itself, that of the C locale, with
+// U+FFFD for a bad byte) the string form's room can be short, the new array's
+// is not.
+TEST_F(CLocaleTest, RoomInAWideCodePage)
 {
-    Internal::SetDefaultCodePage("UTF-8");
     std::string out;
     EXPECT_EQ(VORKMBU8ToCodePage(nullptr, out, "\xFF"), 1) << "U+FFFD takes three bytes of a room of two";
     EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 8, "a\xFF"), "4 3|a\xEF\xBF\xBD\\0ZZZZ");

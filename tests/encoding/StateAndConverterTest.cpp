@@ -4,10 +4,11 @@
 using namespace ZRMemTest;
 
 // The process starts in UTF-8 mode; the default converter is made once, on
-// first need; a null name opens the default code page as a converter of the
-// caller's own, before and after.
+// first need, for the character locale; a null name opens the locale's code
+// page as a converter of the caller's own, before and after.
 TEST_F(GbkTest, DefaultConverterIsCreatedOnceAndCounted)
 {
+    REQUIRE_FRESH_PROCESS();
     EXPECT_EQ(qUTF8mode(), 1);
     SetUTF8mode(0);
     EXPECT_EQ(qUTF8mode(), 0);
@@ -18,29 +19,35 @@ TEST_F(GbkTest, DefaultConverterIsCreatedOnceAndCounted)
     EXPECT_EQ(VORKMBDefaultConverterID(), 0);
     UConverter* def = VORKMBGetDefaultConverter();
     ASSERT_NE(def, nullptr);
-    EXPECT_EQ(VORKMBGetDefaultConverter(), def);
+    EXPECT_EQ(NameOf(def), IcuName("GBK"));
+    ASSERT_NE(std::setlocale(LC_ALL, "en_US.CP1252"), nullptr);
+    EXPECT_EQ(VORKMBGetDefaultConverter(), def) << "a later locale changes nothing";
     EXPECT_EQ(VORKMBDefaultConverterID(), 1);
     Converter late = Open(nullptr);
     EXPECT_NE(late.get(), def);
     EXPECT_EQ(NameOf(late.get()), NameOf(def));
 }
 
-// A default converter that does not open is tried again at each need, each
-// try counted; everything that needs it reports trouble instead of crashing.
-TEST_F(EncodingTest, FailedDefaultConverterIsRetriedAndCounted)
+// A default converter that does not open (ICU does not know the locale's
+// code set) is tried again at each need, each try counted; everything that
+// needs it reports trouble instead of crashing. Once the host sets a locale
+// that ICU knows, the next need opens it.
+TEST_F(UnknownCodeSetTest, FailedDefaultConverterIsRetriedAndCounted)
 {
-    Internal::SetDefaultCodePage("no-such-code-page");
+    REQUIRE_FRESH_PROCESS();
     EXPECT_EQ(VORKMBGetDefaultConverter(), nullptr);
     EXPECT_EQ(VORKMBDefaultConverterID(), 1);
+    EXPECT_EQ(Open(nullptr).get(), nullptr);
     EXPECT_EQ(Fixed(VORKMBCodePageto16, nullptr, 4, "ab"), "0 3|0000 7777 7777 7777 7777");
     int cp = 7;
     EXPECT_EQ(VORKMBU32Get_C(&cp, "a", 0, -1), -1);
     EXPECT_EQ(Take(VORKMBTranscodeCodePage("ab")), "");
     const int attempts = VORKMBDefaultConverterID();
     EXPECT_GT(attempts, 1);
-    Internal::SetDefaultCodePage("UTF-8");
-    EXPECT_NE(VORKMBGetDefaultConverter(), nullptr);
-    EXPECT_NE(VORKMBGetDefaultConverter(), nullptr);
+    ASSERT_NE(std::setlocale(LC_ALL, "zh_CN.GBK"), nullptr);
+    UConverter* def = VORKMBGetDefaultConverter();
+    EXPECT_EQ(NameOf(def), IcuName("GBK"));
+    EXPECT_EQ(VORKMBGetDefaultConverter(), def);
     EXPECT_EQ(VORKMBDefaultConverterID(), attempts + 1) << "a success counts once";
 }
 

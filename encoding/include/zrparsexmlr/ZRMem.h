@@ -25,8 +25,9 @@
 // taken as empty texts unless an operation says otherwise.
 //
 // The services keep process-wide state (the UTF-8 mode, the default converter,
-// the system encoding); the first use of each is safe from several threads,
-// everything else is for one thread at a time per object.
+// the system encoding); the first use of each is safe from several threads
+// (it takes a lock once), everything else is for one thread at a time per
+// object.
 #ifndef ZRPARSEXMLR_ZRMEM_H
 #define ZRPARSEXMLR_ZRMEM_H
 
@@ -66,10 +67,24 @@ ZRXPRS_API int qUTF8mode();
 // converter is touched and no text already held is converted.
 ZRXPRS_API void SetUTF8mode(int on);
 
-// The default converter, opened on first need (see VORKMBConverterNew_C with a
-// null name). Never closed, never replaced; the caller must not close it and
-// must not convert through it (clone it). Null if it cannot be opened; the
-// next call tries again.
+// The default converter: the converter of the host's code page, which gives
+// code page text (and generic text in code page mode) its meaning. It is
+// opened on first need, for the C library's character locale of that moment:
+// its code set (nl_langinfo(CODESET): "GBK", "CP1252", "UTF-8", ...) when the
+// host has set a locale other than "C" or "POSIX", else ICU's default, which
+// is UTF-8. So the _C primitives, whose lead bytes come from that locale, and
+// the conversions agree on what a character is. Set the locale before the
+// first use; a later change of locale does not change the converter.
+//
+// Never closed, never replaced; the caller must not close it and must not
+// convert through it (clone it). Null if it cannot be opened (ICU does not
+// know the locale's code set); the next need tries again, and code page
+// conversions without a converter report code 3 meanwhile.
+//
+// Its first opening takes a lock, so that threads that need it at the same
+// moment all get the same converter and the ID counts one opening: objects of
+// the library may be used on several threads side by side, and each of them
+// may be the first to need it. Once it is open, finding it takes no lock.
 ZRXPRS_API UConverter* VORKMBGetDefaultConverter();
 
 // Raised by one each time the default converter is opened (or an attempt
@@ -82,9 +97,10 @@ ZRXPRS_API int VORKMBDefaultConverterID();
 
 // Opens a converter; the caller closes it with ucnv_close. Null on failure.
 //   - null name: a converter of the default converter's code page, as a second
-//     independent converter; with no default converter yet, ICU's default
-//     code page (UTF-8 on Linux, whatever the locale), and this does not
-//     create the default converter.
+//     independent converter; with no default converter yet, the host's code
+//     page as VORKMBGetDefaultConverter tells it (the character locale's code
+//     set, or UTF-8 in the "C" locale), and this does not create the default
+//     converter.
 //   - a name that is wholly a decimal number from 1 to 99999 ("1252",
 //     "01252"): a code page number, resolved to its IANA name through the
 //     table of well-known code pages, then "windows-NNN", then "cpNNN"; a
