@@ -49,7 +49,8 @@ struct SplitVariable {
 
 struct ModelLine {
     std::size_t line;
-    std::string path;
+    std::string path;     // as given to the combiner
+    std::string written;  // as written in the manifest
     std::vector<std::string> values;
 };
 
@@ -105,10 +106,11 @@ bool ReadManifest(const std::string& manifest, std::vector<SplitVariable>& split
             line.pop_back();
         if (line.empty() || line[0] == '#')
             continue;
-        ModelLine model{number, std::string(), {}};
+        ModelLine model{number, std::string(), std::string(), {}};
         std::size_t at = 0;
         std::size_t tab = line.find('\t');
-        model.path = line.substr(0, tab);
+        model.written = line.substr(0, tab);
+        model.path = model.written;
         while (tab != std::string::npos) {
             at = tab + 1;
             tab = line.find('\t', at);
@@ -195,7 +197,7 @@ int RunCombine(const CombineOptions& options)
         const ZRCommon::ZRStatus status = combiner.AddModel(model.path, model.values);
         if (!status.IsOK()) {
             ++refused;
-            bar.Message(options.manifest + ":" + std::to_string(model.line) + ": " + model.path +
+            bar.Message(options.manifest + ":" + std::to_string(model.line) + ": " + model.written +
                         ": status " + std::to_string(status.GetCode()) + ": " +
                         StatusMeaning(status.GetCode()));
         }

@@ -17,7 +17,7 @@
 //    reader refuses (a field, a statistics element, a role or a parameter)
 //    is listed under "problems" and on standard error, the rest is shown, and
 //    the exit status is 1. An absent role (120) and a parameter without a
-//    value (123) are no problems: they show as empty and as null.
+//    value (123) are no problems: they show as empty, and without "value".
 #include "zrx.h"
 
 #include <zrparsexmlr/ZRDataModelParser.h>
@@ -417,11 +417,8 @@ Json ParametersJson(ZRSettingsParser& reader, const DOMElement& scope, void* con
                 if (status.IsOK())
                     entry["value"] =
                         ScalarJson(reader, name.c_str(), context, type, text, where, problems);
-                else {
-                    entry["value"] = nullptr;
-                    if (status.GetCode() != 123)
-                        problems.Add(where, status);
-                }
+                else if (status.GetCode() != 123)
+                    problems.Add(where, status);
             }
         }
         parameters.push_back(std::move(entry));
@@ -619,6 +616,10 @@ void PrintParameters(const Json& parameters, const std::string& indent, std::ost
                 out << parameter["type"].get<std::string>() << " ";
             if (kind == "list")
                 out << "list [" << Text(parameter["values"]) << "]";
+            else if (!parameter.contains("value"))
+                out << "(no value)";
+            else if (parameter["value"].is_null())
+                out << "NaN";
             else if (parameter["value"].is_string())
                 out << "\"" << parameter["value"].get<std::string>() << "\"";
             else
