@@ -116,6 +116,8 @@ int main(int argc, char** argv)
         std::cerr << "zrx: out of memory\n";
     } catch (const std::exception& error) {
         std::cerr << "zrx: " << error.what() << "\n";
+    } catch (...) {
+        std::cerr << "zrx: unexpected error\n";
     }
     return zrx::kExitFailed;
 }

@@ -152,10 +152,17 @@ public:
             if (!fs::is_regular_file(path, error))
                 continue;
             collector.Reset();
-            const std::vector<XMLCh> name = ZRXPrsUtil::ToUTF16(path.string().c_str());
-            xercesc::LocalFileInputSource source(name.data());
-            if (reader->loadGrammar(source, xercesc::Grammar::SchemaGrammarType, true) &&
-                collector.problems.empty())
+            bool ok = false;
+            try {
+                const std::vector<XMLCh> name = ZRXPrsUtil::ToUTF16(path.string().c_str());
+                xercesc::LocalFileInputSource source(name.data());
+                ok = reader->loadGrammar(source, xercesc::Grammar::SchemaGrammarType, true) &&
+                     collector.problems.empty();
+            } catch (const xercesc::XMLException&) {
+            } catch (const xercesc::SAXException&) {
+            } catch (const xercesc::OutOfMemoryException&) {
+            }
+            if (ok)
                 loaded.push_back(schema.space);
             else
                 std::cerr << "zrx validate: " << path.string() << ": schema can't be loaded\n";
@@ -231,7 +238,7 @@ int RunValidate(const ValidateOptions& options)
         const std::string dir = SchemaDir(options.schemaDir);
         Validator validator(dir);
         if (!validator.HasSchemas()) {
-            std::cerr << "zrx validate: no schema in \"" << dir << "\"\n";
+            std::cerr << "zrx validate: no schema can be loaded from \"" << dir << "\"\n";
             return kExitUsage;
         }
         bool invalid = false;
