@@ -25,16 +25,20 @@ for folder in "$@"; do
     lint=$?
     "$zrx" validate -q "$file" >/tmp/zrx-corpus-$$.out 2>&1
     ours=$?
-    if { [ $lint -eq 0 ] && [ $ours -eq 0 ]; } || { [ $lint -ne 0 ] && [ $ours -eq 1 ]; }; then
+    # A sanitizer's report (its exit status may look like a verdict).
+    if grep -Eq 'Sanitizer|runtime error:' /tmp/zrx-corpus-$$.out; then
+      ours="sanitizer: $(grep -Em1 'Sanitizer|runtime error:' /tmp/zrx-corpus-$$.out)"
+    fi
+    if { [ $lint -eq 0 ] && [ "$ours" = 0 ]; } || { [ $lint -ne 0 ] && [ "$ours" = 1 ]; }; then
       agreed=$((agreed + 1))
-      [ $ours -eq 0 ] && valid=$((valid + 1))
+      [ "$ours" = 0 ] && valid=$((valid + 1))
     else
       echo "DISAGREE $file: xmllint $lint, zrx validate $ours"
       cat /tmp/zrx-corpus-$$.out
     fi
     "$zrx" inspect --json "$file" >/dev/null 2>/tmp/zrx-corpus-$$.out
     status=$?
-    if [ $status -gt 1 ]; then
+    if [ $status -gt 1 ] || grep -Eq 'Sanitizer|runtime error:' /tmp/zrx-corpus-$$.out; then
       echo "INSPECT $file: exit $status"
       cat /tmp/zrx-corpus-$$.out
       agreed=$((agreed - 1))
