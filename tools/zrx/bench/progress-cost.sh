@@ -2,7 +2,7 @@
 # The cost of zrx combine's progress bar: combines N generated split models
 # (TreeModels of 50 fields, 30 of them shared, and a 40-node tree, one split
 # value per model) with --progress and with --quiet, alternating, and prints
-# the median wall time of each and their ratio.
+# the median CPU time (user + system) of each and their ratio.
 #
 #   progress-cost.sh ZRX [MODELS (3000)] [RUNS (5)]
 set -euo pipefail
