@@ -18,7 +18,7 @@ as_root() {
 
 setup() {
   local wanted=(cmake ninja-build g++ pkg-config libxerces-c-dev libicu-dev libgtest-dev
-                libbenchmark-dev clang libclang-rt-14-dev libxml2-utils locales)
+                libbenchmark-dev clang libclang-rt-14-dev libxml2-utils locales libcli11-dev nlohmann-json3-dev)
   local missing=()
   for p in "${wanted[@]}"; do
     dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

@@ -1,0 +1,226 @@
+// zrx combine: the models of a split analysis, listed in a manifest, through
+// the split-model combiner into one PMML document.
+//
+// Decisions:
+//  - A split variable's values are the distinct values of its manifest
+//    column, in order of appearance. Values of an integer or double variable
+//    must read as such numbers (a bad one is a manifest error); they are
+//    distinct by number, and each model's values go to the combiner as
+//    written in the manifest.
+//  - Every model line goes through AddModel, also one with too few or too
+//    many values, which the combiner refuses (126).
+//  - A manifest error (no path, no tab and value after it, a value that is no number of its type, an
+//    unknown type) stops the tool before any model is read: status 2.
+//  - Without --keep-going, the first refusal does not stop the run: every
+//    model is tried, so that one run reports all refusals; then nothing is
+//    written.
+#include "progress.h"
+#include "zrx.h"
+
+#include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
+#include <zrcommonr/ZRStatus.h>
+#include <zrcommonr/ZRVarList.h>
+
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+namespace zrx {
+namespace {
+
+namespace fs = std::filesystem;
+using ZRMTD_NAMESPACE::IZRVariable;
+
+enum SplitType { kString, kInteger, kDouble };
+
+struct SplitVariable {
+    std::string name;
+    SplitType type = kString;
+    std::vector<std::string> texts;   // distinct values, as first written
+    std::vector<double> numbers;      // the same as numbers (integer, double)
+};
+
+struct ModelLine {
+    std::size_t line;
+    std::string path;     // as given to the combiner
+    std::string written;  // as written in the manifest
+    std::vector<std::string> values;
+};
+
+bool ParseSplit(const std::string& spec, SplitVariable& variable)
+{
+    const std::size_t colon = spec.rfind(':');
+    variable.name = spec.substr(0, colon);
+    const std::string type = colon == std::string::npos ? "string" : spec.substr(colon + 1);
+    if (type == "string")
+        variable.type = kString;
+    else if (type == "integer")
+        variable.type = kInteger;
+    else if (type == "double")
+        variable.type = kDouble;
+    else
+        return false;
+    return !variable.name.empty();
+}
+
+bool ParseNumber(const std::string& text, SplitType type, double& value)
+{
+    if (text.empty() || std::isspace(static_cast<unsigned char>(text[0])))
+        return false;
+    char* end = nullptr;
+    errno = 0;
+    if (type == kInteger) {
+        const long long number = std::strtoll(text.c_str(), &end, 10);
+        value = static_cast<double>(number);
+    } else {
+        value = std::strtod(text.c_str(), &end);
+    }
+    return errno == 0 && end == text.c_str() + text.size() && std::isfinite(value);
+}
+
+// Reads the manifest into `models` and the split variables' values. False
+// with a message on standard error for a manifest that can't be used.
+bool ReadManifest(const std::string& manifest, std::vector<SplitVariable>& splits,
+                  std::vector<ModelLine>& models)
+{
+    std::string text;
+    std::string error;
+    if (!ReadInput(manifest, text, error)) {
+        std::cerr << "zrx combine: " << manifest << ": " << error << "\n";
+        return false;
+    }
+    const fs::path base = manifest == "-" ? fs::path() : fs::path(manifest).parent_path();
+    std::istringstream lines(text);
+    std::string line;
+    std::size_t number = 0;
+    while (std::getline(lines, line)) {
+        ++number;
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        if (line.empty() || line[0] == '#')
+            continue;
+        ModelLine model{number, std::string(), std::string(), {}};
+        std::size_t at = 0;
+        std::size_t tab = line.find('\t');
+        model.written = line.substr(0, tab);
+        model.path = model.written;
+        while (tab != std::string::npos) {
+            at = tab + 1;
+            tab = line.find('\t', at);
+            model.values.push_back(line.substr(at, tab == std::string::npos ? tab : tab - at));
+        }
+        if (model.path.empty() || model.values.empty()) {
+            std::cerr << manifest << ":" << number << ": "
+                      << (model.path.empty() ? "no model path" : "no split values") << "\n";
+            return false;
+        }
+        if (fs::path(model.path).is_relative() && !base.empty())
+            model.path = (base / model.path).string();
+        for (std::size_t i = 0; i < model.values.size() && i < splits.size(); ++i) {
+            SplitVariable& split = splits[i];
+            const std::string& value = model.values[i];
+            bool known = false;
+            if (split.type == kString) {
+                for (const std::string& seen : split.texts)
+                    known = known || seen == value;
+            } else {
+                double parsed = 0.0;
+                if (!ParseNumber(value, split.type, parsed)) {
+                    std::cerr << manifest << ":" << number << ": \"" << value << "\" of "
+                              << split.name << " is not "
+                              << (split.type == kInteger ? "an integer" : "a number") << "\n";
+                    return false;
+                }
+                for (double seen : split.numbers)
+                    known = known || seen == parsed;
+                if (!known)
+                    split.numbers.push_back(parsed);
+            }
+            if (!known)
+                split.texts.push_back(value);
+        }
+        models.push_back(std::move(model));
+    }
+    return true;
+}
+
+} // namespace
+
+int RunCombine(const CombineOptions& options)
+{
+    std::vector<SplitVariable> splits(options.splits.size());
+    for (std::size_t i = 0; i < options.splits.size(); ++i)
+        if (!ParseSplit(options.splits[i], splits[i])) {
+            std::cerr << "zrx combine: --split " << options.splits[i]
+                      << ": expected NAME[:string|integer|double]\n";
+            return kExitUsage;
+        }
+    std::vector<ModelLine> models;
+    if (!ReadManifest(options.manifest, splits, models))
+        return kExitUsage;
+    if (models.empty()) {
+        std::cerr << "zrx combine: " << options.manifest << ": no model\n";
+        return kExitUsage;
+    }
+
+    ZRMTD_NAMESPACE::ZRVarList splitVars;
+    for (const SplitVariable& split : splits) {
+        int index = -1;
+        if (split.type == kString)
+            index = splitVars.AddCatVar(split.name, split.name, split.texts,
+                                        IZRVariable::eRoleInput);
+        else
+            index = splitVars.AddCatVar(split.name, split.name, split.numbers,
+                                        IZRVariable::eRoleInput);
+        if (index < 0) {
+            std::cerr << "zrx combine: --split " << split.name << ": given twice\n";
+            return kExitUsage;
+        }
+        if (split.type != kString)
+            splitVars.GetVarAt(index)->SetStorageType(split.type == kInteger ? 1 : 2);
+    }
+
+    const bool showBar =
+        !options.quiet && (options.progress || isatty(fileno(stderr)) == 1);
+    ProgressBar bar(stderr, models.size(), showBar);
+    ZRXPrsUtil::ZRXSplitPMMLCombiner combiner(splitVars);
+    std::size_t refused = 0;
+    for (std::size_t i = 0; i < models.size(); ++i) {
+        const ModelLine& model = models[i];
+        const ZRCommon::ZRStatus status = combiner.AddModel(model.path, model.values);
+        if (!status.IsOK()) {
+            ++refused;
+            bar.Message(options.manifest + ":" + std::to_string(model.line) + ": " + model.written +
+                        ": status " + std::to_string(status.GetCode()) + ": " +
+                        StatusMeaning(status.GetCode()));
+        }
+        bar.Step(i + 1);
+    }
+    bar.Finish();
+
+    const std::size_t accepted = models.size() - refused;
+    if (accepted == 0 || (refused > 0 && !options.keepGoing)) {
+        std::cerr << "zrx combine: " << refused << " of " << models.size()
+                  << " models refused; nothing written\n";
+        return kExitFailed;
+    }
+    const ZRCommon::ZRStatus written = combiner.ExportMiningModel(options.output);
+    if (!written.IsOK()) {
+        std::cerr << "zrx combine: " << options.output << ": status " << written.GetCode() << ": "
+                  << StatusMeaning(written.GetCode()) << "\n";
+        return kExitOutput;
+    }
+    if (!options.quiet || refused > 0)
+        std::cerr << "zrx combine: " << accepted << " of " << models.size()
+                  << " models combined into " << options.output << "\n";
+    return refused > 0 ? kExitPartial : kExitOK;
+}
+
+} // namespace zrx

@@ -1,0 +1,123 @@
+// zrx: inspect, validate and combine the documents of the library from the
+// shell. Arguments are read by CLI11; each subcommand lives in its own file.
+#include "zrx.h"
+
+#include <CLI/CLI.hpp>
+
+#include <exception>
+#include <iostream>
+
+#ifndef ZRX_VERSION
+#define ZRX_VERSION "0"
+#endif
+
+namespace {
+
+const char* const kExitStatuses =
+    "Exit status:\n"
+    "  0  success; validate: every file is valid\n"
+    "  1  inspect: the document can't be read; validate: a file is invalid or\n"
+    "     can't be read; combine: a model was refused and nothing was written\n"
+    "  2  bad arguments or a bad manifest line; nothing was done\n"
+    "  3  validate: no bundled schema for a document's PMML version\n"
+    "  4  combine --keep-going: written without the refused models\n"
+    "  5  combine: the output file can't be written\n";
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    CLI::App app{"zrx - inspect, validate and combine DataModel, PMML and settings documents"};
+    app.name("zrx");
+    app.set_version_flag("--version", std::string("zrx ") + ZRX_VERSION);
+    app.require_subcommand(1);
+    app.footer(kExitStatuses);
+
+    zrx::InspectOptions inspect;
+    CLI::App* inspectCmd = app.add_subcommand(
+        "inspect", "Show what the library reads from a DataModel, PMML or settings document");
+    inspectCmd->add_option("FILE", inspect.file, "The document; - reads standard input")
+        ->required();
+    inspectCmd->add_flag("--json", inspect.json, "One JSON document instead of tables");
+    inspectCmd->footer(
+        "The kind comes from the document element: DataModel, or PMML; a PMML document\n"
+        "with MiningBuildTask/Extension/Parameters is a settings document. Statistics are\n"
+        "those of the models directly under PMML. Status codes and their meaning go to\n"
+        "standard error.\n\n"
+        "Exit status:\n"
+        "  0  the document was read\n"
+        "  1  it can't be read, or a part of it was refused (the rest is shown)\n"
+        "  2  bad arguments\n");
+
+    zrx::ValidateOptions validate;
+    CLI::App* validateCmd = app.add_subcommand(
+        "validate", "Check PMML documents against the bundled schema of their version");
+    validateCmd->add_option("FILE", validate.files, "The documents; - reads standard input")
+        ->required();
+    validateCmd->add_option("--schema-dir", validate.schemaDir,
+                            "The folder of pmml-4-2.xsd, pmml-4-3.xsd, pmml-4-4.xsd");
+    validateCmd->add_flag("-q,--quiet", validate.quiet, "Print problems only, no verdicts");
+    validateCmd->footer(
+        "The schema is chosen by the namespace of the document element\n"
+        "(http://www.dmg.org/PMML-4_2, -4_3, -4_4) and only ever read from the bundle:\n"
+        "schema locations in documents, DTDs and external entities are not loaded.\n"
+        "Each problem is printed as FILE:LINE:COLUMN: message, then one verdict\n"
+        "line per file: FILE: valid, FILE: invalid, or FILE: no schema for ...\n\n"
+        "Exit status:\n"
+        "  0  every file is valid\n"
+        "  1  a file is invalid or can't be read\n"
+        "  2  bad arguments, or no bundled schema can be loaded\n"
+        "  3  no file is invalid, but one has no bundled schema for its version\n");
+
+    zrx::CombineOptions combine;
+    CLI::App* combineCmd = app.add_subcommand(
+        "combine", "Combine the models of a split analysis into one PMML MiningModel");
+    combineCmd
+        ->add_option("--split", combine.splits,
+                     "A split variable NAME[:string|integer|double] (string if no type), "
+                     "in the order of the manifest's columns")
+        ->required();
+    combineCmd->add_option("-m,--manifest", combine.manifest,
+                           "Tab-separated lines: model path, then its split values; "
+                           "- reads standard input")
+        ->required();
+    combineCmd->add_option("-o,--output", combine.output, "The combined PMML file")->required();
+    combineCmd->add_flag("-k,--keep-going", combine.keepGoing,
+                         "Write the accepted models even if some are refused");
+    combineCmd->add_flag("--progress", combine.progress,
+                         "Show the progress bar even when standard error is no terminal");
+    combineCmd->add_flag("-q,--quiet", combine.quiet, "No progress bar and no summary");
+    combineCmd->footer(
+        "Each manifest line gives a model's path (relative paths are taken from the\n"
+        "manifest's folder, or the current one for -), then a tab and one value per\n"
+        "--split option. Empty lines and lines that start with # are skipped. The split\n"
+        "variables' values are those of the manifest, in order of appearance. A refused\n"
+        "model is reported as MANIFEST:LINE: PATH: status CODE: meaning.\n\n"
+        "Exit status:\n"
+        "  0  every model was combined and written\n"
+        "  1  a model was refused (nothing written), or none was accepted\n"
+        "  2  bad arguments or a bad manifest line; nothing written\n"
+        "  4  --keep-going: written without the refused models\n"
+        "  5  the output file can't be written\n");
+
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? zrx::kExitOK : zrx::kExitUsage;
+    }
+
+    try {
+        if (inspectCmd->parsed())
+            return zrx::RunInspect(inspect);
+        if (validateCmd->parsed())
+            return zrx::RunValidate(validate);
+        return zrx::RunCombine(combine);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "zrx: out of memory\n";
+    } catch (const std::exception& error) {
+        std::cerr << "zrx: " << error.what() << "\n";
+    } catch (...) {
+        std::cerr << "zrx: unexpected error\n";
+    }
+    return zrx::kExitFailed;
+}
