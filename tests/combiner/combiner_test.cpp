@@ -1,5 +1,7 @@
+#include <zrparsexmlr/ZRPMMLParser.h>
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 
+#include "ZRXScopedLocale.h"
 #include "combiner_support.h"
 
 #include <fstream>
@@ -163,6 +165,28 @@ TEST_F(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
     // segment can never be chosen.
     EXPECT_EQ(PredicatesOf(*out), (Texts{"and(region equal north, year equal 2021)",
                                        "and(year equal 2022)", "False"}));
+}
+
+// A host locale with a decimal comma: the numeric split variable's values
+// are written with a point, and the output reads back to the same numbers.
+TEST_F(CombinerPredicates, NumericSplitValuesKeepTheirPointInACommaLocale)
+{
+    const zrxtest::ScopedLocale comma("de_DE.UTF-8");
+    ASSERT_TRUE(comma.Active()) << "de_DE.UTF-8 is missing";
+    list.AddCatVar("rate", "", std::vector<double>{0.5, 2.25, 1e-7},
+                   ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    const auto out = Combine({{"tree_a.pmml", {"0.5"}}, {"tree_b.pmml", {"2.25"}}});
+    EXPECT_EQ(out->Values("rate"), (Texts{"0.5", "2.25", "1e-07"}));
+    EXPECT_EQ(PredicatesOf(*out), (Texts{"rate equal 0.5", "rate equal 2.25"}));
+
+    std::ifstream file(dir.Path("out.pmml"));
+    ZRXPrsUtil::ZRPMMLParser reader;
+    ASSERT_TRUE(reader.ParseToDOM(file).IsOK());
+    ZRVarList back;
+    ASSERT_TRUE(reader.FillVarList(back, {"rate"}, false).IsOK());
+    ASSERT_EQ(back.Size(), 1u);
+    EXPECT_EQ(back.GetVarAt(0)->GetEncoder()->GetNumericValues(),
+              (std::vector<double>{0.5, 2.25, 1e-7}));
 }
 
 TEST_F(CombinerPredicates, UnbuildableOneVariablePredicateIsFalseAndNamesAreReadLive)
