@@ -207,6 +207,35 @@ TEST_F(CombinerPredicates, UnbuildableOneVariablePredicateIsFalseAndNamesAreRead
     EXPECT_EQ(out.Values("region"), (Texts{"north", "south"}));
 }
 
+// Values over several later models: a value counts as known once an earlier
+// model brought it, whichever model that was; a new value that one model
+// lists twice comes twice; a field that had no values gains them in order.
+TEST_F(CombinerDictionary, ValuesKnownFromAnyEarlierModelComeOnce)
+{
+    AddSplitVars(list, false);
+    auto model = [this](const std::string& file, const Texts& colors, const Texts& sizes) {
+        std::string text = "<PMML><DataDictionary><DataField name=\"color\">";
+        for (const std::string& c : colors)
+            text += "<Value value=\"" + c + "\"/>";
+        text += "</DataField><DataField name=\"size\">";
+        for (const std::string& v : sizes)
+            text += "<Value value=\"" + v + "\"/>";
+        text += "</DataField></DataDictionary><TreeModel functionName=\"regression\"/></PMML>";
+        std::ofstream(dir.Path(file)) << text;
+        return dir.Path(file);
+    };
+    ZRXSplitPMMLCombiner combiner(list);
+    const Texts north{"north"};
+    EXPECT_TRUE(combiner.AddModel(model("1.pmml", {"v0", "v1"}, {}), north).IsOK());
+    EXPECT_TRUE(combiner.AddModel(model("2.pmml", {"v2", "v1", "v2", "v3"}, {"s", "s"}), north).IsOK());
+    EXPECT_TRUE(combiner.AddModel(model("3.pmml", {"v3", "v2", "v4", "v0", "v4"}, {"m", "s"}), north).IsOK());
+    EXPECT_TRUE(combiner.AddModel(model("4.pmml", {"v4", "v5"}, {"m", "l"}), north).IsOK());
+    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
+    Combined out(dir.Path("out.pmml"));
+    EXPECT_EQ(out.Values("color"), (Texts{"v0", "v1", "v2", "v2", "v3", "v4", "v4", "v5"}));
+    EXPECT_EQ(out.Values("size"), (Texts{"s", "s", "m", "l"}));
+}
+
 TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)
 {
     AddSplitVars(list, false);
