@@ -7,7 +7,9 @@
 //   bench_combiner --benchmark_filter=Combine/1000
 //
 // Goals: time per model flat in M (Combine/5000 at most 60 x Combine/100) and
-// Combine/1000 at most 3 x BareParse/1000.
+// Combine/1000 at most 3 x BareParse/1000. Besides, one field of 20,000
+// values: a later model that brings 20,000 new values to it takes at most 1.5
+// times the first model (ValuesLaterModel against ValuesFirstModel).
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 #include <zrcommonr/ZRVarList.h>
 
@@ -21,6 +23,7 @@
 #include <fstream>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -154,8 +157,76 @@ void BareParse(benchmark::State& state)
         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
+// A model whose one field "f" lists the values v<first> to v<first+count-1>.
+std::string ValuesModelText(int first, int count)
+{
+    std::string text = "<?xml version=\"1.0\"?>\n<PMML version=\"4.4\">\n<DataDictionary>\n"
+                       "<DataField name=\"f\" optype=\"categorical\" dataType=\"string\">\n";
+    for (int v = first; v < first + count; ++v)
+        text += "<Value value=\"v" + std::to_string(v) + "\"/>\n";
+    text += "</DataField>\n</DataDictionary>\n<TreeModel functionName=\"classification\">\n"
+            "<MiningSchema><MiningField name=\"f\"/></MiningSchema>\n"
+            "<Node score=\"a\"><True/></Node>\n</TreeModel>\n</PMML>\n";
+    return text;
+}
+
+// Two files of N values each, none shared, written once per process.
+const std::vector<std::string>& ValuesModelFiles(int count)
+{
+    static std::map<int, std::vector<std::string>> made;
+    std::vector<std::string>& files = made[count];
+    if (files.empty()) {
+        const std::string dir = std::filesystem::path(ModelFiles(1).front()).parent_path();
+        for (int i = 0; i < 2; ++i) {
+            const std::string path =
+                dir + "/values" + std::to_string(count) + "_" + std::to_string(i) + ".pmml";
+            std::ofstream(path) << ValuesModelText(i * count, count);
+            files.push_back(path);
+        }
+    }
+    return files;
+}
+
+// AddModel of the first values model (`later` false), or of the second,
+// which adds all its N values to the field, after the first (`later` true).
+// Only that AddModel is timed. Goal: ValuesLaterModel/20000 at most 1.5 x
+// ValuesFirstModel/20000.
+void TimeValuesModel(benchmark::State& state, bool later)
+{
+    const std::vector<std::string>& files = ValuesModelFiles(static_cast<int>(state.range(0)));
+    ZRMTD_NAMESPACE::ZRVarList list;
+    list.AddCatVar("region", "Region", std::vector<std::string>{"r0", "r1"},
+                   ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto combiner = std::make_unique<ZRXPrsUtil::ZRXSplitPMMLCombiner>(list);
+        if (later && !combiner->AddModel(files[0], {"r0"}).IsOK())
+            state.SkipWithError("the first model was refused");
+        state.ResumeTiming();
+        if (!combiner->AddModel(files[later ? 1 : 0], {"r1"}).IsOK())
+            state.SkipWithError("a model was refused");
+        state.PauseTiming();
+        combiner.reset();
+        state.ResumeTiming();
+    }
+}
+
+void ValuesFirstModel(benchmark::State& state)
+{
+    TimeValuesModel(state, false);
+}
+
+void ValuesLaterModel(benchmark::State& state)
+{
+    TimeValuesModel(state, true);
+}
+
 } // namespace
 
+BENCHMARK(ValuesFirstModel)->ArgNames({"values"})->Arg(20000)
+    ->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
+BENCHMARK(ValuesLaterModel)->ArgNames({"values"})->Arg(20000)
+    ->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
 BENCHMARK(Combine)
     ->ArgNames({"models", "splitvars"})
     ->Args({100, 1})

@@ -9,8 +9,6 @@
 
 #include <xercesc/dom/DOM.hpp>
 
-#include <algorithm>
-
 namespace ZRXPrsUtil {
 
 using namespace SplitPMML;
@@ -118,12 +116,20 @@ void ZRXSplitPMMLCombiner::UpdateDataDict(const xercesc::DOMElement* modelDict,
         std::vector<xercesc::DOMNode*> valueNodes;
         Texts texts;
         EnumValuesOfDataField(nodes[i], valueNodes, texts);
+        if (texts.empty())
+            continue;
         // Only the values the field had before this model count as known: a
-        // value that the model lists twice and that is new comes twice.
-        const std::size_t before = fieldValues[p].size();
+        // value that the model lists twice and that is new comes twice. The
+        // index takes them in now and the ones this model adds at its next
+        // merge of the field.
+        if (fieldValueIndexes.size() < fieldValues.size())
+            fieldValueIndexes.resize(fieldValues.size());
+        ValueIndex& index = fieldValueIndexes[p];
+        const Texts& values = fieldValues[p];
+        for (; index.indexed < values.size(); ++index.indexed)
+            index.texts.insert(values[index.indexed]);
         for (std::size_t j = 0; j < texts.size(); ++j) {
-            const auto end = fieldValues[p].begin() + static_cast<std::ptrdiff_t>(before);
-            if (std::find(fieldValues[p].begin(), end, texts[j]) == end)
+            if (index.texts.find(texts[j]) == index.texts.end())
                 InsertValueOfDataField(valueNodes[j], fieldNodes[p], fieldValues[p]);
         }
     }

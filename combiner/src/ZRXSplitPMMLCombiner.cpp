@@ -350,6 +350,7 @@ void ZRXSplitPMMLCombiner::ReleaseDocument()
     fieldNames.clear();
     fieldNodes.clear();
     fieldValues.clear();
+    fieldValueIndexes.clear();
     miningFieldNames.clear();
     fieldPositions.clear();
     miningFieldPositions.clear();

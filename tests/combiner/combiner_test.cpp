@@ -1,5 +1,7 @@
+#include <zrparsexmlr/ZRPMMLParser.h>
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 
+#include "ZRXScopedLocale.h"
 #include "combiner_support.h"
 
 #include <fstream>
@@ -165,6 +167,28 @@ TEST_F(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
                                        "and(year equal 2022)", "False"}));
 }
 
+// A host locale with a decimal comma: the numeric split variable's values
+// are written with a point, and the output reads back to the same numbers.
+TEST_F(CombinerPredicates, NumericSplitValuesKeepTheirPointInACommaLocale)
+{
+    const zrxtest::ScopedLocale comma("de_DE.UTF-8");
+    ASSERT_TRUE(comma.Active()) << "de_DE.UTF-8 is missing";
+    list.AddCatVar("rate", "", std::vector<double>{0.5, 2.25, 1e-7},
+                   ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+    const auto out = Combine({{"tree_a.pmml", {"0.5"}}, {"tree_b.pmml", {"2.25"}}});
+    EXPECT_EQ(out->Values("rate"), (Texts{"0.5", "2.25", "1e-07"}));
+    EXPECT_EQ(PredicatesOf(*out), (Texts{"rate equal 0.5", "rate equal 2.25"}));
+
+    std::ifstream file(dir.Path("out.pmml"));
+    ZRXPrsUtil::ZRPMMLParser reader;
+    ASSERT_TRUE(reader.ParseToDOM(file).IsOK());
+    ZRVarList back;
+    ASSERT_TRUE(reader.FillVarList(back, {"rate"}, false).IsOK());
+    ASSERT_EQ(back.Size(), 1u);
+    EXPECT_EQ(back.GetVarAt(0)->GetEncoder()->GetNumericValues(),
+              (std::vector<double>{0.5, 2.25, 1e-7}));
+}
+
 TEST_F(CombinerPredicates, UnbuildableOneVariablePredicateIsFalseAndNamesAreReadLive)
 {
     AddSplitVars(list, false);
@@ -181,6 +205,35 @@ TEST_F(CombinerPredicates, UnbuildableOneVariablePredicateIsFalseAndNamesAreRead
               (Texts{"region equal north", "False", "area equal south", "False"}));
     // The dictionary keeps the name read at construction.
     EXPECT_EQ(out.Values("region"), (Texts{"north", "south"}));
+}
+
+// Values over several later models: a value counts as known once an earlier
+// model brought it, whichever model that was; a new value that one model
+// lists twice comes twice; a field that had no values gains them in order.
+TEST_F(CombinerDictionary, ValuesKnownFromAnyEarlierModelComeOnce)
+{
+    AddSplitVars(list, false);
+    auto model = [this](const std::string& file, const Texts& colors, const Texts& sizes) {
+        std::string text = "<PMML><DataDictionary><DataField name=\"color\">";
+        for (const std::string& c : colors)
+            text += "<Value value=\"" + c + "\"/>";
+        text += "</DataField><DataField name=\"size\">";
+        for (const std::string& v : sizes)
+            text += "<Value value=\"" + v + "\"/>";
+        text += "</DataField></DataDictionary><TreeModel functionName=\"regression\"/></PMML>";
+        std::ofstream(dir.Path(file)) << text;
+        return dir.Path(file);
+    };
+    ZRXSplitPMMLCombiner combiner(list);
+    const Texts north{"north"};
+    EXPECT_TRUE(combiner.AddModel(model("1.pmml", {"v0", "v1"}, {}), north).IsOK());
+    EXPECT_TRUE(combiner.AddModel(model("2.pmml", {"v2", "v1", "v2", "v3"}, {"s", "s"}), north).IsOK());
+    EXPECT_TRUE(combiner.AddModel(model("3.pmml", {"v3", "v2", "v4", "v0", "v4"}, {"m", "s"}), north).IsOK());
+    EXPECT_TRUE(combiner.AddModel(model("4.pmml", {"v4", "v5"}, {"m", "l"}), north).IsOK());
+    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
+    Combined out(dir.Path("out.pmml"));
+    EXPECT_EQ(out.Values("color"), (Texts{"v0", "v1", "v2", "v2", "v3", "v4", "v4", "v5"}));
+    EXPECT_EQ(out.Values("size"), (Texts{"s", "s", "m", "l"}));
 }
 
 TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)

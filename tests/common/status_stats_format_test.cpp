@@ -1,12 +1,15 @@
 // Status values, the judgement of univariate statistics, and number texts.
 #include <zrcommonr/zrcommonr.h>
 
+#include "ZRXScopedLocale.h"
+
 #include <gtest/gtest.h>
 
 #include <cfloat>
+#include <charconv>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
+#include <string>
 
 using namespace ZRMTD_NAMESPACE;
 using ZRCommon::ZRStatus;
@@ -79,8 +82,27 @@ TEST(Format, ShortestTextThatReadsBackToTheSameDouble)
     for (double value : {1.0 / 3, DBL_MAX, -DBL_MAX, DBL_MIN, 5e-324, 123456789.123456789,
                          ZRMV::gMissingValue}) {
         const std::string text = Format(value, false, nullptr);
-        EXPECT_EQ(value, std::strtod(text.c_str(), nullptr)) << text;
+        double back = 0;
+        std::from_chars(text.data(), text.data() + text.size(), back);
+        EXPECT_EQ(value, back) << text;
     }
+    char buffer[32];
+    EXPECT_EQ("2.25", Format(2.25, true, buffer));
+    EXPECT_STREQ("2.25", buffer);
+}
+
+TEST(Format, SameTextsInAHostLocaleWithADecimalComma)
+{
+    using ZRXML_NAMESPACE::Format;
+    const zrxtest::ScopedLocale comma("de_DE.UTF-8");
+    ASSERT_TRUE(comma.Active()) << "de_DE.UTF-8 is missing";
+    EXPECT_EQ("0.5", Format(0.5, false, nullptr));
+    EXPECT_EQ("-3.5", Format(-3.5, false, nullptr));
+    EXPECT_EQ("0.3333333333333333", Format(1.0 / 3, false, nullptr));
+    EXPECT_EQ("2.5e-07", Format(2.5e-7, false, nullptr));
+    EXPECT_EQ("1.7976931348623157e+308", Format(DBL_MAX, false, nullptr));
+    EXPECT_EQ("1200000", Format(1.2e6, false, nullptr));
+    EXPECT_EQ("0.00001", Format(1e-5, true, nullptr));
     char buffer[32];
     EXPECT_EQ("2.25", Format(2.25, true, buffer));
     EXPECT_STREQ("2.25", buffer);

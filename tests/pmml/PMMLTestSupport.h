@@ -16,6 +16,7 @@
 
 #include <fstream>
 #include <limits>
+#include <locale>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -66,6 +67,7 @@ inline std::string Num(double value) {
     if (value == std::numeric_limits<double>::lowest() || value == std::numeric_limits<double>::max())
         return value < 0 ? "lo" : "hi";
     std::ostringstream text;
+    text.imbue(std::locale::classic());
     text << value;
     return text.str();
 }

@@ -93,4 +93,23 @@ TEST(PMMLFields, WantedFieldsInDocumentOrder) {
     EXPECT_EQ(list.Size(), 2u);
 }
 
+// The wanted list is a set of exact names: its order and repeats don't
+// matter, names the document lacks are passed over, case and non-ASCII
+// text count, and a name ends at a zero byte as its C string does.
+TEST(PMMLFields, WantedListIsASetOfExactNames) {
+    const std::string dictionary = Field("b", "double") + Field("\xC3\xA9t\xC3\xA9", "string") +
+                                   Field("B", "string") + Field("a", "string") +
+                                   Field("c", "string") + Field("\xC3\xA9", "string");
+    Parser parser;
+    ASSERT_EQ(parser.Parse(Doc(dictionary)), 0);
+    const std::vector<std::string> wanted{"zz", "a", "\xC3\xA9t\xC3\xA9", "a", std::string("b\0c", 3),
+                                          "missing", "\xC3\xA9t"};
+    ZRVarList list;
+    EXPECT_TRUE(parser.FillVarList(list, wanted, false).IsOK());
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < list.Size(); ++i)
+        names.push_back(list.GetVarAt(static_cast<int>(i))->GetName());
+    EXPECT_EQ(names, (std::vector<std::string>{"b", "\xC3\xA9t\xC3\xA9", "a"}));
+}
+
 } // namespace

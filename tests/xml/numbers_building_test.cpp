@@ -1,4 +1,5 @@
 // The number rules and the building helpers.
+#include "ZRXScopedLocale.h"
 #include "ZRXTestDom.h"
 
 #include <zrcommonr/ZRMV.h>
@@ -6,7 +7,9 @@
 #include <xercesc/util/XMLDouble.hpp>
 #include <xercesc/util/XMLException.hpp>
 
+#include <cfloat>
 #include <climits>
+#include <cmath>
 #include <cstring>
 #include <random>
 #include <string>
@@ -49,6 +52,61 @@ TEST_F(Numbers, DoublesMapNaNAndRefuseInfinities)
     EXPECT_EQ(values, (std::vector<double>{1, 2.5, kMissing}));
     EXPECT_FALSE(ParseDoublesList(ToUTF16("1 INF 4").data(), values));
     EXPECT_TRUE(values.empty());
+}
+
+// A host locale whose decimal separator is not the point changes neither
+// what is read nor what is written.
+TEST_F(Numbers, DecimalPointWhateverTheHostLocale)
+{
+    for (const char* name : {"de_DE.UTF-8", "ps_AF.UTF-8"}) {
+        const zrxtest::ScopedLocale host(name);
+        ASSERT_TRUE(host.Active()) << name << " is missing";
+        struct Case { const char* text; bool ok; double value; };
+        for (const Case& c : {Case{"0.5", true, 0.5}, Case{".5", true, 0.5}, Case{" 2.25 ", true, 2.25},
+                              Case{"-2.5E-3", true, -0.0025}, Case{"+1.5e2", true, 150},
+                              Case{"0.125000000000000000000000000000000000000000000000000000000000000000001", true, 0.125},
+                              Case{"1,5", false, 0}, Case{"1\xD9\xAB" "5", false, 0}}) {
+            double value = 8;
+            EXPECT_EQ(ParseDouble(ToUTF16(c.text).data(), value), c.ok) << name << " " << c.text;
+            EXPECT_EQ(value, c.ok ? c.value : 8) << name << " " << c.text;
+        }
+        std::vector<double> values;
+        EXPECT_TRUE(ParseDoublesList(ToUTF16("0.5 1.25e1\t.75").data(), values)) << name;
+        EXPECT_EQ(values, (std::vector<double>{0.5, 12.5, 0.75})) << name;
+
+        zrxtest::ParsedDoc doc("<PMML v='1.5e-1'/>");
+        xercesc::DOMElement& root = *doc.parser->getDocument()->getDocumentElement();
+        double read = 0;
+        EXPECT_EQ(GetDoubleAttribute(root, "v", read), 0) << name;
+        EXPECT_EQ(read, 0.15) << name;
+        EXPECT_TRUE(SetAttribute(root, "w", 0.5));
+        EXPECT_EQ(ToUTF8(GetAttribute(root, "w")), "0.5") << name;
+    }
+}
+
+// Beyond the plain decimals: signs and lone points, exponents, the edges of
+// the double range, read as the XML library reads them, except a number
+// that rounds up to the least normal double, which is that double and not
+// an infinity.
+TEST_F(Numbers, ExponentsAndRangeEdges)
+{
+    struct Case { const char* text; bool ok; double value; };
+    for (const Case& c : {Case{"5.", true, 5}, Case{"+.", true, 0}, Case{"-.", true, -0.0},
+                          Case{".", false, 0}, Case{"+", false, 0}, Case{"1e", false, 0},
+                          Case{"e5", false, 0}, Case{"1e+-5", false, 0}, Case{"1 e5", false, 0},
+                          Case{"0x10", false, 0}, Case{"\v1", false, 0}, Case{"1.7976931348623157e308", true, DBL_MAX},
+                          Case{"1.7976931348623159e308", false, 0}, Case{"-1e99999999999999999999", false, 0},
+                          Case{"5e-324", true, 0}, Case{"-5e-324", true, 0}, Case{"1e-400", true, 0},
+                          Case{"-1e-99999999999999999999", true, -0.0}, Case{"0e99999999999999999999", true, 0},
+                          Case{"2.2250738585072014e-308", true, DBL_MIN},
+                          Case{"2.2250738585072012e-308", true, DBL_MIN}, Case{"\r-1.25E+2\n", true, -125}}) {
+        double value = 8;
+        EXPECT_EQ(ParseDouble(ToUTF16(c.text).data(), value), c.ok) << c.text;
+        EXPECT_EQ(value, c.ok ? c.value : 8) << c.text;
+        if (c.ok) {
+            EXPECT_EQ(std::signbit(value), std::signbit(c.value)) << c.text;
+        }
+    }
 }
 
 TEST_F(Numbers, BuildingHelpersReportDomFailuresByTheirResult)

@@ -26,8 +26,8 @@ bool ParseInteger(const XMLCh* text, int& value);
 // An XML Schema double. NaN gives ZRMV::gMissingValue; INF, -INF, a number
 // too large for a double (read as an infinity), null and text that is not a
 // number give false and leave `value` untouched. A number too small for a
-// normal double is read as 0, as the XML library reads it. Only the XML
-// library's NumberFormatException is caught; anything else passes on.
+// normal double is read as 0, as the XML library reads it. The decimal
+// separator is the point whatever locale the host process has set.
 bool ParseDouble(const XMLCh* text, double& value);
 // White-space separated doubles. The first token that fails empties `values`
 // and gives false; no token gives true and an empty list.

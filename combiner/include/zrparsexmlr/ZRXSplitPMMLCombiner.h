@@ -90,6 +90,7 @@
 #include <ostream>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 XERCES_CPP_NAMESPACE_BEGIN
@@ -223,6 +224,15 @@ private:
     // first position of each name, so that a merge looks a name up at once
     // instead of searching the lists from the front.
     std::unordered_map<std::string, std::size_t> fieldPositions;
+    // For each merged field, the texts of the first `indexed` entries of its
+    // fieldValues list, made when a later model first brings values for the
+    // field and brought up to date at each later merge of it, so that a
+    // value is looked up at once instead of searched for.
+    struct ValueIndex {
+        std::unordered_set<std::string> texts;
+        std::size_t indexed = 0;
+    };
+    std::vector<ValueIndex> fieldValueIndexes;
     std::unordered_map<std::string, std::size_t> miningFieldPositions;
     // True while the combiner holds its own start of the XML library.
     bool holdsXMLLibrary;

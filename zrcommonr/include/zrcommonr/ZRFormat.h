@@ -9,10 +9,11 @@
 
 namespace ZRXML_NAMESPACE {
 
-// Gives the shortest decimal text that reads back (strtod) to exactly the same
-// double, without a trailing ".0" for whole numbers: 12 gives "12", 0.1 gives
-// "0.1", 1e21 gives "1e+21". NaN gives "NaN" and the infinities "INF" and
-// "-INF", the XML Schema forms.
+// Gives the shortest decimal text that reads back to exactly the same double,
+// without a trailing ".0" for whole numbers: 12 gives "12", 0.1 gives "0.1",
+// 1e21 gives "1e+21". NaN gives "NaN" and the infinities "INF" and "-INF",
+// the XML Schema forms. The decimal separator is the point whatever locale
+// the host process has set.
 //
 // `fixed` asks for plain positional notation instead of the shortest form and
 // `buffer`, when not null, receives a copy of the text (it must hold at least
