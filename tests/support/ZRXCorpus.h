@@ -5,6 +5,8 @@
 #ifndef ZRX_TEST_CORPUS_H
 #define ZRX_TEST_CORPUS_H
 
+#include "ZRXCorpusConfig.h"
+
 #include <algorithm>
 #include <filesystem>
 #include <string>
