@@ -7,7 +7,8 @@
 #   ./build.sh test        install what is missing, build, run the whole test suite  (build/default)
 #   ./build.sh sanitize    the test suite under AddressSanitizer + UndefinedBehaviorSanitizer  (build/asan)
 #   ./build.sh tsan        the test suite under ThreadSanitizer  (build/tsan)
-#   ./build.sh fuzz [SEC]  build the fuzz targets with clang and run each for SEC seconds (60)  (build/fuzz)
+#   ./build.sh fuzz [SEC]  build the fuzz targets with clang and run each for SEC seconds (60),
+#                          JOBS targets at a time  (build/fuzz)
 #   ./build.sh bench       build and run the benchmarks; further arguments go to each  (build/bench)
 #   ./build.sh setup       only install what is missing
 #
@@ -92,10 +93,13 @@ case "$cmd" in
     configure fuzz
     build fuzz
     out="$ROOT/build/fuzz"
-    mkdir -p "$out/artifacts"
+    mkdir -p "$out/artifacts" "$out/logs"
+    # As many targets at a time as there are jobs, each with its own log.
+    names=()
     for f in "$out"/fuzz/fuzz_*; do
       [ -x "$f" ] || continue
       name=$(basename "$f")
+      names+=("$name")
       work="$out/corpus/$name"
       mkdir -p "$work"
       inputs=()
@@ -108,11 +112,21 @@ case "$cmd" in
         fuzz_settings) dict=(-dict="$ROOT/fuzz/settings.dict") ;;
         fuzz_datamodel) dict=(-dict="$ROOT/fuzz/datamodel.dict") ;;
       esac
+      while [ "$(jobs -rp | wc -l)" -ge "$JOBS" ]; do wait -n || true; done
       echo "fuzzing $name for ${secs}s"
-      (cd "$out" && "$f" -max_total_time="$secs" -rss_limit_mb=2048 -timeout=20 \
+      (cd "$out" && rc=0 && "$f" -max_total_time="$secs" -rss_limit_mb=2048 -timeout=20 \
          -print_final_stats=1 -artifact_prefix="$out/artifacts/$name-" "${dict[@]}" \
-         "$work" "${inputs[@]}" 2>&1 | tail -n 12)
-    done ;;
+         "$work" "${inputs[@]}" > "$out/logs/$name.log" 2>&1 || rc=$?
+       echo "$rc" > "$out/logs/$name.rc") &
+    done
+    wait
+    failed=0
+    for name in "${names[@]}"; do
+      echo "== $name"
+      tail -n 12 "$out/logs/$name.log"
+      [ "$(cat "$out/logs/$name.rc")" = 0 ] || { echo "$name failed (log: $out/logs/$name.log)"; failed=1; }
+    done
+    exit $failed ;;
   bench)
     setup
     configure bench
