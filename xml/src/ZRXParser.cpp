@@ -126,6 +126,10 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
     }
     ZRXFirstErrorKeeper errors;
     try {
+        // The documents of earlier parses go first: the XML library keeps
+        // every document a parser made until the parser is destroyed, so a
+        // reader that parses again and again would grow without end.
+        parser.resetDocumentPool();
         ZRXHandlerScope scope(parser, errors);
         if (source)
             parser.parse(*source);

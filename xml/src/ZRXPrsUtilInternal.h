@@ -115,8 +115,9 @@ xercesc::XercesDOMParser* NewDOMParser();
 // first error the XML library reported; it stays empty after a success. To
 // keep that text the parser has, for the parse only, an error handler that
 // records and throws nothing, so the parse itself runs as without one; the
-// handler set before is put back. On success the document stays with the
-// parser; after a failure the caller must not use the parser's document.
+// handler set before is put back. The parser's earlier documents are released
+// before the parse. On success the document stays with the parser; after a
+// failure the caller must not use the parser's document.
 ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
                                    const xercesc::InputSource* source, const char* path,
                                    std::string& message);
