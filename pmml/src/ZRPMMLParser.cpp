@@ -3,6 +3,7 @@
 // ZRPMMLUniStats.cpp.
 #include <zrparsexmlr/ZRPMMLParser.h>
 
+#include "ZRPMMLDOMParser.h"
 #include "ZRPMMLInternal.h"
 #include "ZRXPrsUtilInternal.h"
 
@@ -231,13 +232,14 @@ ZRStatus PMMLFailure(long code) {
 
 ZRPMMLParser::ZRPMMLParser()
     : status(), parser(nullptr), xercesMessage(), document(nullptr), rootElement(nullptr),
-      dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr) {
+      dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr),
+      readModelBodies(true) {
     bool initialised = false;
     try {
         xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
                                               nullptr, nullptr);
         initialised = true;
-        parser = NewDOMParser();
+        parser = new ZRPMMLDOMParser();
     } catch (...) {
         parser = nullptr;
     }
@@ -263,6 +265,8 @@ ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream) {
     rootElement = dataDictionary = transDictionary = modelElement = nullptr;
     if (!parser)
         return status;
+    if (auto* pmmlParser = dynamic_cast<ZRPMMLDOMParser*>(parser))
+        pmmlParser->SetReadModelBodies(readModelBodies);
     try {
         ZRXInputSource source(stream);
         status = ParseWithParser(*parser, &source, nullptr, xercesMessage);
@@ -305,6 +309,14 @@ std::string ZRPMMLParser::GetXercesMessage() const {
 
 const DOMElement* ZRPMMLParser::GetRootElement() const {
     return rootElement;
+}
+
+void ZRPMMLParser::SetReadModelBodies(bool readBodies) {
+    readModelBodies = readBodies;
+}
+
+bool ZRPMMLParser::GetReadModelBodies() const {
+    return readModelBodies;
 }
 
 bool ZRPMMLParser::SetModelElmt(const DOMElement& model) {

@@ -51,6 +51,30 @@ public:
     // document, and the model chosen on it, are gone whatever the outcome.
     virtual ZRCommon::ZRStatus ParseToDOM(std::istream& stream);
 
+    // Whether the next ParseToDOM builds the bodies of the models; true, the
+    // whole document, unless set otherwise. With false, each child element of
+    // the PMML root that is a model (AssociationModel, BayesianNetworkModel,
+    // BaselineModel, ClusteringModel, GaussianProcessModel,
+    // GeneralRegressionModel, MiningModel, NaiveBayesModel,
+    // NearestNeighborModel, NeuralNetwork, RegressionModel, RuleSetModel,
+    // SequenceModel, Scorecard, SupportVectorMachineModel, TextModel,
+    // TimeSeriesModel, TreeModel, AnomalyDetectionModel; tags compared as
+    // written) is built with its attributes and its MiningSchema, Output,
+    // ModelStats, ModelExplanation, Targets and LocalTransformations
+    // children, each whole, and nothing else of it: tree nodes, segments and
+    // the models inside them, regression tables, neurons, support vectors,
+    // and the text, comments and entity references directly inside the model
+    // are skipped as they are read and take neither time to build nor
+    // memory. Everything outside the models (Header, DataDictionary,
+    // TransformationDictionary, Extension, ...) is built whole, so
+    // FillVarList, and FillUniStats on any model that is a child of the root,
+    // give what they give on the whole document. Models below the root (in a
+    // Segment, an Extension, ...) are inside a skipped body or kept whole
+    // with the element that holds them. The setting stays for every later
+    // parse until it is set again; a failed construction ignores it.
+    void SetReadModelBodies(bool readBodies);
+    bool GetReadModelBodies() const;
+
     ZRCommon::ZRStatus GetStatus() const;
     std::string GetXercesMessage() const;
     const xercesc::DOMElement* GetRootElement() const;
@@ -126,6 +150,8 @@ protected:
     const xercesc::DOMElement* dataDictionary;
     const xercesc::DOMElement* transDictionary;
     const xercesc::DOMElement* modelElement;
+    // SetReadModelBodies, applied by each ParseToDOM.
+    bool readModelBodies;
 };
 
 } // namespace ZRXPrsUtil
