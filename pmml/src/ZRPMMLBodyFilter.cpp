@@ -37,7 +37,7 @@ bool IsPMMLModelHeadTag(const XMLCh* tag) {
     return tag && InList(tag, kModelHeadTags);
 }
 
-bool ZRPMMLBodyFilter::StartElement(const XMLCh* tag, bool isEmpty) {
+bool ZRPMMLBodyFilter::StartElement(const XMLCh* tag, bool isEmpty, std::size_t depth) {
     if (skipped > 0) {
         if (!isEmpty)
             ++skipped;
@@ -52,29 +52,22 @@ bool ZRPMMLBodyFilter::StartElement(const XMLCh* tag, bool isEmpty) {
             skipped = 1;
         return false;
     }
-    ++depth;
     return true;
 }
 
-bool ZRPMMLBodyFilter::EndElement() {
+bool ZRPMMLBodyFilter::EndElement(std::size_t depth) {
     if (skipped > 0) {
         --skipped;
         return false;
     }
-    if (depth > 0)
-        --depth;
-    if (depth < kModelDepth)
+    if (depth <= kModelDepth)
         inModel = false;
     return true;
 }
 
-bool ZRPMMLBodyFilter::StartEntity(bool makesNodes) {
+bool ZRPMMLBodyFilter::StartEntity() {
     if (skipped > 0) {
         ++skipped;
-        return false;
-    }
-    if (makesNodes && inModel && depth == kModelDepth) {
-        skipped = 1;
         return false;
     }
     return true;

@@ -5,6 +5,8 @@
 
 #include <xercesc/util/XercesDefs.hpp>
 
+#include <cstddef>
+
 namespace ZRXPrsUtil {
 
 // True for the tag of a PMML model element (TreeModel, MiningModel, ...),
@@ -21,16 +23,15 @@ bool IsPMMLModelHeadTag(const XMLCh* tag);
 // document whose root is "PMML", each child element of the root whose tag is
 // a model tag keeps its attributes and its head children (IsPMMLModelHeadTag),
 // each of them whole; every other child of it (element, text, comment,
-// processing instruction, entity reference) is left out with everything
-// inside it. Everything outside the models passes. Element depth counts
-// elements only, so a model inside an entity reference that is itself a
-// child of the root is treated as a child of the root.
+// processing instruction) is left out with everything inside it. Everything
+// outside the models passes.
 //
-// An entity reference directly inside a model is left out whole when the
-// parser makes entity reference nodes: what it holds would then be children
-// of that node, not of the model, and so never read as the model's head.
-// Without such nodes its contents stand as children of the model and are
-// judged one by one.
+// `depth` is, as the parser counts it, the number of open elements that were
+// built: the level of the innermost one, 0 outside the document element. The
+// filter keeps count of what it leaves out, not of what passes. The library's
+// parsers expand entity references into what they hold and make no node of
+// them, so an entity reference counts for no level, and what it holds is
+// judged element by element where it stands.
 class ZRPMMLBodyFilter {
 public:
     // Whether bodies are left out from the next document on.
@@ -39,7 +40,6 @@ public:
     // Called at the start of every document: forgets the one before, also
     // one whose parse ended half-way.
     void Reset() {
-        depth = 0;
         skipped = 0;
         pmmlRoot = false;
         inModel = false;
@@ -47,26 +47,26 @@ public:
 
     // An element starts; `isEmpty`: the scanner reports no end of it. True:
     // build it. The DOM parser reports the end of an empty element that it
-    // builds itself, from its startElement, so that one is counted open
-    // here; an empty element that is left out is never heard of again.
-    bool StartElement(const XMLCh* tag, bool isEmpty);
+    // builds itself, from its startElement; an empty element that is left
+    // out is never heard of again.
+    bool StartElement(const XMLCh* tag, bool isEmpty, std::size_t depth);
     // The element last started and not ended ends. True: pass the event on.
-    bool EndElement();
+    bool EndElement(std::size_t depth);
     // Text, a comment or a processing instruction at the present place.
-    bool KeepContent() const { return skipped == 0 && !(inModel && depth == kModelDepth); }
-    // An entity reference starts or ends; `makesNodes`: the parser makes
-    // entity reference nodes.
-    bool StartEntity(bool makesNodes);
+    bool KeepContent(std::size_t depth) const {
+        return skipped == 0 && !(inModel && depth == kModelDepth);
+    }
+    // An entity reference starts or ends: passed on outside a left-out part.
+    bool StartEntity();
     bool EndEntity();
 
 private:
     // Open elements when the children of a model are reported: the root
     // and the model.
-    static const int kModelDepth = 2;
+    static const std::size_t kModelDepth = 2;
 
     bool active = false;
-    int depth = 0;       // open elements that were built
-    int skipped = 0;     // open elements and entity references left out
+    std::size_t skipped = 0;  // open elements and entity references left out
     bool pmmlRoot = false;
     bool inModel = false;
 };

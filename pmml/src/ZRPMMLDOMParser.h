@@ -4,27 +4,20 @@
 #define ZRPARSEXMLR_ZRPMMLDOMPARSER_H
 
 #include "ZRPMMLBodyFilter.h"
-
-#include <xercesc/parsers/XercesDOMParser.hpp>
-#include <xercesc/util/SecurityManager.hpp>
+#include "ZRXDOMParser.h"
 
 namespace ZRXPrsUtil {
 
-// Holds the security manager of the parser; as its first base it outlives
-// the parser part.
-struct ZRPMMLSecurityHolder {
-    xercesc::SecurityManager security;
-};
-
-// Set as the library's other DOM parsers are (no external entity resolved,
-// no external DTD loaded, entity expansion limited; nothing else changed).
-// With SetReadModelBodies(false), what ZRPMMLBodyFilter leaves out of a model
-// is dropped on the scanner's events, before any node is made: its elements,
-// attributes, text, comments, processing instructions and entity references
-// never reach the DOM, and take no memory of the document.
-class ZRPMMLDOMParser : private ZRPMMLSecurityHolder, public xercesc::XercesDOMParser {
+// The library's DOM parser, with all its settings and limits, that with
+// SetReadModelBodies(false) drops what ZRPMMLBodyFilter leaves out of a model
+// on the scanner's events, before any node is made: those elements,
+// attributes, text, comments and processing instructions never reach the DOM
+// and take no memory of the document. The events of a left-out element go to
+// no base version, so the depth limit of ZRXDOMParser counts the elements
+// that are built, as it guards the walks over them; a body that is left out
+// may nest deeper.
+class ZRPMMLDOMParser : public ZRXDOMParser {
 public:
-    ZRPMMLDOMParser();
 
     void SetReadModelBodies(bool readBodies) { filter.SetActive(!readBodies); }
 

@@ -76,7 +76,7 @@ long ParseFile(Parser& parser, const fs::path& path, bool readBodies) {
 }
 
 // A model with every kind of content, models inside and outside other
-// elements, and entity references inside and outside the kept parts.
+// elements, and entities that expand into kept and left-out parts.
 const std::string kDocument =
     "<!DOCTYPE PMML [<!ENTITY stats '<ModelStats/>'><!ENTITY field '<MiningField name=\"a\"/>'>"
     "<!ENTITY node '<Node/>'>]>"

@@ -63,9 +63,11 @@ public:
     // ModelStats, ModelExplanation, Targets and LocalTransformations
     // children, each whole, and nothing else of it: tree nodes, segments and
     // the models inside them, regression tables, neurons, support vectors,
-    // and the text, comments and entity references directly inside the model
-    // are skipped as they are read and take neither time to build nor
-    // memory. Everything outside the models (Header, DataDictionary,
+    // and the text, comments and processing instructions directly inside the
+    // model are skipped as they are read and take neither time to build nor
+    // memory (what an entity expands into is judged where it stands). A
+    // skipped body is not held to the parser's nesting limit, as none of it
+    // is built. Everything outside the models (Header, DataDictionary,
     // TransformationDictionary, Extension, ...) is built whole, so
     // FillVarList, and FillUniStats on any model that is a child of the root,
     // give what they give on the whole document. Models below the root (in a
