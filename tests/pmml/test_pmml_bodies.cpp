@@ -165,6 +165,15 @@ TEST(PMMLModelBodies, SettingHoldsForEveryLaterParse) {
     EXPECT_EQ(parser.Count(u"Node"), 0u);
     EXPECT_EQ(parser.Count(u"ModelStats"), 1u);
     EXPECT_EQ(parser.Count(u"DataField"), 1u);
+    // A body nested past the parser's limit is refused only when it is built.
+    std::string deep;
+    for (int i = 0; i < 1100; ++i)
+        deep = "<Node>" + deep + "</Node>";
+    const std::string deepModel = pmmltest::Doc("", "<TreeModel>" + deep + "</TreeModel>");
+    EXPECT_EQ(parser.Parse(deepModel), 0);
+    parser.SetReadModelBodies(true);
+    EXPECT_EQ(parser.Parse(deepModel), 104);
+    parser.SetReadModelBodies(false);
     // Not the root PMML: nothing is left out (and the document is refused).
     EXPECT_EQ(parser.Parse("<X><TreeModel><Node/></TreeModel></X>"), 105);
     parser.SetReadModelBodies(true);
