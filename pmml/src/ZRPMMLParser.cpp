@@ -239,6 +239,8 @@ ZRPMMLParser::ZRPMMLParser()
         xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
                                               nullptr, nullptr);
         initialised = true;
+        // The library's DOM parser, with its settings and limits, that can
+        // leave out the bodies of the models.
         parser = new ZRPMMLDOMParser();
     } catch (...) {
         parser = nullptr;
