@@ -4,6 +4,7 @@
 #include <zrparsexmlr/ZRPMMLParser.h>
 
 #include "ZRPMMLInternal.h"
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -232,28 +233,26 @@ ZRStatus PMMLFailure(long code) {
 ZRPMMLParser::ZRPMMLParser()
     : status(), parser(nullptr), xercesMessage(), document(nullptr), rootElement(nullptr),
       dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr) {
-    bool initialised = false;
+    const bool initialised = ZRXPlatform::Acquire();
     try {
-        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                              nullptr, nullptr);
-        initialised = true;
-        parser = NewDOMParser();
+        if (initialised)
+            parser = NewDOMParser();
     } catch (...) {
         parser = nullptr;
     }
     if (!parser) {
         status = PMMLFailure(103);
-        // The destructor terminates only for an existing parser, so a start
-        // that succeeded is undone here to keep the library's count even.
+        // The destructor gives the share back only for an existing parser,
+        // so a share that was taken is given back here.
         if (initialised)
-            xercesc::XMLPlatformUtils::Terminate();
+            ZRXPlatform::Release();
     }
 }
 
 ZRPMMLParser::~ZRPMMLParser() {
     if (parser) {
         delete parser;
-        xercesc::XMLPlatformUtils::Terminate();
+        ZRXPlatform::Release();
     }
 }
 
