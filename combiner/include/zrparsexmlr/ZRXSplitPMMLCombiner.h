@@ -44,7 +44,7 @@
 //    that is not found (104) and nothing is fetched.
 //  - Entity references of a model (to entities of its own internal DTD) are
 //    read as their text, so the output, which has no DTD, holds the text.
-//  - A model nested deeper than 1,000 elements is refused with 104 (see
+//  - A model nested deeper than 2,000 elements is refused with 104 (see
 //    ZRXMLReadWrite.h).
 //  - The first model is checked whole before the output document is made: a
 //    root that is not PMML gives 105, a PMML root without any model 113, a

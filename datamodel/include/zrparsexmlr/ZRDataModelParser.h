@@ -27,7 +27,7 @@
 // Each object takes a share of the XML library's start in its constructor and
 // gives it back in its destructor. One object reads any number of documents
 // one after the other and holds the memory of the last one only. A document
-// nested deeper than 1,000 elements is refused with 104.
+// nested deeper than 2,000 elements is refused with 104.
 //
 // Threads: any number of objects of the library may be used at once, each by
 // one thread at a time. Starting and ending the XML library is shared by all

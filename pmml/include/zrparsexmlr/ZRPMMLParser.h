@@ -31,7 +31,7 @@ namespace ZRXPrsUtil {
 //
 // One object reads any number of documents one after the other and holds the
 // memory of the last one only: each ParseToDOM frees the document before it.
-// A document nested deeper than 1,000 elements is refused with 104.
+// A document nested deeper than 2,000 elements is refused with 104.
 //
 // Threads: any number of objects of the library may be used at once, each by
 // one thread at a time. Starting and ending the XML library is shared by all

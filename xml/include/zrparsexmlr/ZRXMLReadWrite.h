@@ -16,10 +16,10 @@
 // never taken for a URL ("http://host/x" is the relative path "http:/host/x",
 // which is not found: 104), so no operation opens a network connection.
 // Entity references are read as their text: a parsed document holds no entity
-// reference node. A document nested deeper than 1,000 elements (the document
-// element is level 1) is refused with 104: the XML library's serialiser and
-// the library's own walks recurse once per level, and at 1,000 levels every
-// operation runs on a thread with a 1 MiB stack.
+// reference node. A document nested deeper than 2,000 elements (the document
+// element is level 1) is refused with 104: the XML library's serialiser
+// recurses once per level, and at 2,000 levels every operation runs on a
+// thread with a 1 MiB stack.
 //
 // States: not initialised (status 103 for good: every parse and write returns
 // 103 and does nothing), empty (no document) and holding (after a successful
@@ -77,6 +77,9 @@ public:
     // `path` without pretty-printing. With no document at all the result is
     // OK and no file is touched. Changes neither the held parser nor the held
     // document, so it writes documents of other owners too.
+    // The serialiser takes about 128 bytes of stack per level: a document that
+    // did not come from a parser of this library (which refuses more than
+    // 2,000 levels) must fit the caller's stack.
     ZRCommon::ZRStatus WriteFromDOM(const std::string& path,
                                     const xercesc::DOMDocument* document = nullptr) const;
 
