@@ -38,7 +38,9 @@ inline std::string DeepPMML(int depth)
            "</DataDictionary>"
            "<TreeModel functionName=\"regression\"><MiningSchema><MiningField name=\"x\"/>"
            "</MiningSchema><ModelStats><UnivariateStats field=\"x\"><Counts totalFreq=\"3\"/>"
-           "</UnivariateStats></ModelStats>" +
+           "<NumericInfo minimum=\"0\" maximum=\"1\" mean=\"0.5\"/>"
+           "<ContStats><Interval closure=\"closedOpen\" leftMargin=\"0\" rightMargin=\"1\"/>"
+           "<Array type=\"real\">3</Array></ContStats></UnivariateStats></ModelStats>" +
            Nest("<Node score=\"1\">", "</Node>", depth - 2) + "</TreeModel></PMML>";
 }
 

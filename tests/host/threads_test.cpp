@@ -158,7 +158,7 @@ TEST(Threads, EightThreadsWithObjectsOfTheirOwnGiveWhatOneThreadGives)
     ASSERT_NE(std::string::npos, expected.find("rw 0 0"));
 
     const int kThreads = 8;
-    const int kRounds = 6;
+    const int kRounds = 12;
     std::vector<std::vector<std::string>> results(kThreads);
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t)
