@@ -1,6 +1,5 @@
 // Repeated documents: an object kept for thousands of documents holds the
 // memory of one document, not of all it has read.
-
 #include <zrparsexmlr/ZRDataModelParser.h>
 #include <zrparsexmlr/ZRPMMLParser.h>
 #include <zrparsexmlr/ZRSettingsParser.h>
