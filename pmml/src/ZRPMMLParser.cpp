@@ -5,6 +5,7 @@
 
 #include "ZRPMMLDOMParser.h"
 #include "ZRPMMLInternal.h"
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -234,30 +235,28 @@ ZRPMMLParser::ZRPMMLParser()
     : status(), parser(nullptr), xercesMessage(), document(nullptr), rootElement(nullptr),
       dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr),
       readModelBodies(true) {
-    bool initialised = false;
+    const bool initialised = ZRXPlatform::Acquire();
     try {
-        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                              nullptr, nullptr);
-        initialised = true;
         // The library's DOM parser, with its settings and limits, that can
         // leave out the bodies of the models.
-        parser = new ZRPMMLDOMParser();
+        if (initialised)
+            parser = new ZRPMMLDOMParser();
     } catch (...) {
         parser = nullptr;
     }
     if (!parser) {
         status = PMMLFailure(103);
-        // The destructor terminates only for an existing parser, so a start
-        // that succeeded is undone here to keep the library's count even.
+        // The destructor gives the share back only for an existing parser,
+        // so a share that was taken is given back here.
         if (initialised)
-            xercesc::XMLPlatformUtils::Terminate();
+            ZRXPlatform::Release();
     }
 }
 
 ZRPMMLParser::~ZRPMMLParser() {
     if (parser) {
         delete parser;
-        xercesc::XMLPlatformUtils::Terminate();
+        ZRXPlatform::Release();
     }
 }
 

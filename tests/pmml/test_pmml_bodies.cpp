@@ -2,6 +2,7 @@
 // the variables and the statistics read are those of the whole document.
 #include "PMMLTestSupport.h"
 #include "ZRPMMLBodyFilter.h"
+#include "ZRXDOMParser.h"
 
 #include <gtest/gtest.h>
 
@@ -167,7 +168,7 @@ TEST(PMMLModelBodies, SettingHoldsForEveryLaterParse) {
     EXPECT_EQ(parser.Count(u"DataField"), 1u);
     // A body nested past the parser's limit is refused only when it is built.
     std::string deep;
-    for (int i = 0; i < 1100; ++i)
+    for (XMLSize_t i = 0; i < ZRXPrsUtil::ZRXDOMParser::kMaxDepth + 10; ++i)
         deep = "<Node>" + deep + "</Node>";
     const std::string deepModel = pmmltest::Doc("", "<TreeModel>" + deep + "</TreeModel>");
     EXPECT_EQ(parser.Parse(deepModel), 0);

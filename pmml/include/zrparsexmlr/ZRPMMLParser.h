@@ -28,14 +28,24 @@ namespace ZRXPrsUtil {
 // status of construction and of the last parse and returns it at once when it
 // is not OK; queries never change it. Element and attribute names are compared
 // exactly, on the tag as written: a tag with a namespace prefix matches nothing.
+//
+// One object reads any number of documents one after the other and holds the
+// memory of the last one only: each ParseToDOM frees the document before it.
+// A document nested deeper than 2,000 elements is refused with 104.
+//
+// Threads: any number of objects of the library may be used at once, each by
+// one thread at a time. Starting and ending the XML library is shared by all
+// objects of the process and guarded, so objects on different threads may be
+// made and destroyed side by side.
 class ZRXPRS_API ZRPMMLParser {
 public:
-    // Starts the XML library and makes the DOM parser; any failure gives
-    // status 103 and no exception. When the library started but the parser
-    // could not be made, the start is undone at once, so that every start
-    // is paired with one end.
+    // Takes a share of the XML library's start and makes the DOM parser; any
+    // failure gives status 103 and no exception. When the share was taken but
+    // the parser could not be made, the share is given back at once, so that
+    // every start is paired with one end.
     ZRPMMLParser();
-    // Frees the parser and, only if there was one, ends the XML library.
+    // Frees the parser and, only if there was one, gives the share back (the
+    // last share ends the XML library).
     virtual ~ZRPMMLParser();
     ZRPMMLParser(const ZRPMMLParser&) = delete;
     ZRPMMLParser& operator=(const ZRPMMLParser&) = delete;
