@@ -2,6 +2,7 @@
 // variable of a ZRVarList.
 #include "ZRDataModelParserImp.h"
 
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOMDocument.hpp>
@@ -150,10 +151,7 @@ int AddVariable(ZRMTD_NAMESPACE::ZRVarList& varList, const FieldInfo& info, bool
 ZRDataModelParserImp::ZRDataModelParserImp()
     : status(), parser(nullptr), document(nullptr), rootElement(nullptr), fieldsElement(nullptr)
 {
-    try {
-        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                              nullptr, nullptr);
-    } catch (...) {
+    if (!ZRXPlatform::Acquire()) {
         status = kNoXmlLibrary;
         return;
     }
@@ -164,7 +162,7 @@ ZRDataModelParserImp::ZRDataModelParserImp()
     }
     if (!parser) {
         status = kNoXmlLibrary;
-        xercesc::XMLPlatformUtils::Terminate();
+        ZRXPlatform::Release();
     }
 }
 
@@ -172,7 +170,7 @@ ZRDataModelParserImp::~ZRDataModelParserImp()
 {
     if (parser) {
         delete parser;
-        xercesc::XMLPlatformUtils::Terminate();
+        ZRXPlatform::Release();
     }
 }
 

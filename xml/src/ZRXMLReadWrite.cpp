@@ -1,5 +1,6 @@
 #include <zrparsexmlr/ZRXMLReadWrite.h>
 
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -89,14 +90,8 @@ private:
 
 ZRXMLReadWrite::ZRXMLReadWrite() : status(), parser(nullptr), xercesMessage(), document(nullptr)
 {
-    try {
-        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                              nullptr, nullptr);
-    } catch (const xercesc::XMLException&) {
+    if (!ZRXPlatform::Acquire())
         status = ZRStatus(kCannotStart, false);
-    } catch (...) {
-        status = ZRStatus(kCannotStart, false);
-    }
 }
 
 ZRXMLReadWrite::~ZRXMLReadWrite()
@@ -104,7 +99,7 @@ ZRXMLReadWrite::~ZRXMLReadWrite()
     if (!status.IsOK())
         return;
     DropParser();
-    xercesc::XMLPlatformUtils::Terminate();
+    ZRXPlatform::Release();
 }
 
 void ZRXMLReadWrite::DropParser()
