@@ -2,6 +2,7 @@
 // document reader and writer and the encoding conversions run side by side
 // and give exactly what one thread gives.
 #include "HostTestSupport.h"
+#include "ZRXPlatform.h"
 
 #include <zrparsexmlr/ExtNameStr.h>
 #include <zrparsexmlr/ZRDataModelParser.h>
@@ -187,6 +188,8 @@ TEST(Threads, EightThreadsWithObjectsOfTheirOwnGiveWhatOneThreadGives)
         });
     for (std::thread& thread : threads)
         thread.join();
+    // Every object gave its share of the XML library back.
+    EXPECT_EQ(0, ZRXPrsUtil::ZRXPlatform::Shares());
 
     for (int t = 0; t < kThreads; ++t) {
         ASSERT_EQ(static_cast<std::size_t>(kRounds), results[t].size());
