@@ -28,7 +28,7 @@ std::size_t LiveBytes()
     return info.uordblks + info.hblkhd;
 }
 
-const int kParses = 3000;
+const int kParses = 2000;
 // What the memory may grow by over all parses after the first ones: a small
 // part of one document's DOM, which is some hundred KB for the documents
 // below.
@@ -72,7 +72,7 @@ const double kAllowedPerParse = double(kAllowedGrowth) / kParses;
 
 TEST(Reuse, PMMLReaderHoldsOneDocument)
 {
-    const std::string text = Dictionary(80) + "</PMML>";
+    const std::string text = Dictionary(40) + "</PMML>";
     ZRXPrsUtil::ZRPMMLParser reader;
     EXPECT_LT(GrowthPerParse([&] {
                   std::istringstream in(text);
@@ -85,7 +85,7 @@ TEST(Reuse, PMMLReaderHoldsOneDocument)
 
 TEST(Reuse, SettingsReaderHoldsOneDocument)
 {
-    const std::string text = Dictionary(80) +
+    const std::string text = Dictionary(40) +
                              "<MiningBuildTask><Extension><Parameters>"
                              "<Parameter name=\"p\" value=\"1\"/></Parameters></Extension>"
                              "</MiningBuildTask></PMML>";
@@ -101,7 +101,7 @@ TEST(Reuse, SettingsReaderHoldsOneDocument)
 TEST(Reuse, DataModelReaderHoldsOneDocument)
 {
     std::string text = "<DataModel><Fields>";
-    for (int i = 0; i < 80; ++i)
+    for (int i = 0; i < 40; ++i)
         text += "<Field name=\"f" + std::to_string(i) +
                 "\" storage=\"string\" measure=\"nominal\"><Values><Value value=\"a\"/>"
                 "<Value value=\"b\"/></Values></Field>";

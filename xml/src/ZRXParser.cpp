@@ -105,9 +105,6 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
         message = std::string("is a folder, not a document: ") + path;
         return failed;
     }
-    // Every document the parser built before goes now: the parser would keep
-    // them all until its own end.
-    parser.resetDocumentPool();
     // A path is opened here as a local file and read as a stream: the XML
     // library would take it for a URL where it looks like one and fetch it.
     std::ifstream file;

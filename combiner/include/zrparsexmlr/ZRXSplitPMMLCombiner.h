@@ -45,7 +45,9 @@
 //  - Entity references of a model (to entities of its own internal DTD) are
 //    read as their text, so the output, which has no DTD, holds the text.
 //  - A model nested deeper than 2,000 elements is refused with 104 (see
-//    ZRXMLReadWrite.h).
+//    ZRXMLReadWrite.h). The output holds each model 3 levels deeper (in
+//    MiningModel/Segmentation/Segment), so the output of a model deeper than
+//    1,997 levels is written, but the library's readers refuse it.
 //  - The first model is checked whole before the output document is made: a
 //    root that is not PMML gives 105, a PMML root without any model 113, a
 //    MiningModel 125, no functionName 108 and an empty one 109. A refused
