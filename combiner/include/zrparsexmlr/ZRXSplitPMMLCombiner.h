@@ -94,10 +94,9 @@
 #define ZRPARSEXMLR_ZRXSPLITPMMLCOMBINER_H
 
 #include <zrparsexmlr/ZRXExport.h>
+#include <zrparsexmlr/ZRXercesFwd.h>
 #include <zrcommonr/ZRStatus.h>
 #include <zrcommonr/ZRVarList.h>
-
-#include <xercesc/util/XercesDefs.hpp>
 
 #include <cstddef>
 #include <ostream>
@@ -105,12 +104,6 @@
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
-
-XERCES_CPP_NAMESPACE_BEGIN
-class DOMDocument;
-class DOMElement;
-class DOMNode;
-XERCES_CPP_NAMESPACE_END
 
 namespace ZRXPrsUtil {
 

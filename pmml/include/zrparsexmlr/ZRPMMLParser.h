@@ -5,21 +5,14 @@
 #define ZRPARSEXMLR_ZRPMMLPARSER_H
 
 #include <zrparsexmlr/ZRXExport.h>
+#include <zrparsexmlr/ZRXercesFwd.h>
 #include <zrcommonr/ZRStatus.h>
 #include <zrcommonr/ZRUniStats.h>
 #include <zrcommonr/ZRVarList.h>
 
-#include <xercesc/util/XercesDefs.hpp>
-
 #include <istream>
 #include <string>
 #include <vector>
-
-XERCES_CPP_NAMESPACE_BEGIN
-class DOMDocument;
-class DOMElement;
-class XercesDOMParser;
-XERCES_CPP_NAMESPACE_END
 
 namespace ZRXPrsUtil {
 

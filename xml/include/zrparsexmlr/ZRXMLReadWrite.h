@@ -43,17 +43,11 @@
 #define ZRPARSEXMLR_ZRXMLREADWRITE_H
 
 #include <zrparsexmlr/ZRXExport.h>
+#include <zrparsexmlr/ZRXercesFwd.h>
 #include <zrcommonr/ZRStatus.h>
-
-#include <xercesc/util/XercesDefs.hpp>
 
 #include <istream>
 #include <string>
-
-XERCES_CPP_NAMESPACE_BEGIN
-class DOMDocument;
-class XercesDOMParser;
-XERCES_CPP_NAMESPACE_END
 
 namespace ZRXPrsUtil {
 

@@ -9,23 +9,15 @@
 #define ZRPARSEXMLR_ZRXPRSUTIL_H
 
 #include <zrparsexmlr/ZRXExport.h>
+#include <zrparsexmlr/ZRXercesFwd.h>
 
 #include <xercesc/sax/InputSource.hpp>
-#include <xercesc/util/XercesDefs.hpp>
 
 #include <cstddef>
 #include <istream>
 #include <string>
 #include <utility>
 #include <vector>
-
-XERCES_CPP_NAMESPACE_BEGIN
-class DOMDocument;
-class DOMElement;
-class DOMNode;
-class XMLTranscoder;
-class BinInputStream;
-XERCES_CPP_NAMESPACE_END
 
 namespace ZRXPrsUtil {
 
