@@ -14,7 +14,7 @@ install(TARGETS zrcommonr zrparsexmlr EXPORT zrparsexmlrTargets
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
-install(DIRECTORY zrcommonr/include/zrcommonr DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(DIRECTORY zrcommonr/include/zrcommonr include/zrparsexmlr DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 foreach(sub IN LISTS ZRX_SUBSYSTEMS)
   if(EXISTS ${CMAKE_CURRENT_SOURCE_DIR}/${sub}/include/zrparsexmlr)
     install(DIRECTORY ${sub}/include/zrparsexmlr DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
