@@ -5,6 +5,8 @@
 #include <zrparsexmlr/ZRSettingsParser.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
+#include "ZRXWalk.h"
+
 #include <xercesc/dom/DOMElement.hpp>
 
 #include <cstddef>
@@ -33,22 +35,20 @@ const xercesc::DOMElement* NameSource(const xercesc::DOMElement& root)
     return element;
 }
 
-// The "name" attributes of the document's elements, in document order,
-// without recursion so that deep documents cost no stack.
+// The "name" attributes of the document's elements, in document order.
 std::vector<std::string> NamesOf(const xercesc::DOMElement& root)
 {
     std::vector<std::string> names;
-    std::vector<const xercesc::DOMElement*> pending{&root};
-    while (!pending.empty() && names.size() < kMaxNames) {
-        const xercesc::DOMElement* element = pending.back();
-        pending.pop_back();
-        if (const XMLCh* name = ZRXPrsUtil::GetAttribute(*element, "name"))
-            names.push_back(ZRXPrsUtil::ToUTF8(name));
-        std::vector<const xercesc::DOMElement*> children;
-        for (const xercesc::DOMElement* child = ZRXPrsUtil::GetFirstChildElmt(*element, nullptr);
-             child != nullptr; child = ZRXPrsUtil::GetNextSiblingElmt(*child, nullptr))
-            children.push_back(child);
-        pending.insert(pending.end(), children.rbegin(), children.rend());
+    if (const XMLCh* name = ZRXPrsUtil::GetAttribute(root, "name"))
+        names.push_back(ZRXPrsUtil::ToUTF8(name));
+    for (ZRXPrsUtil::ZRXNodeWalk walk(&root); walk.Node() != nullptr && names.size() < kMaxNames;) {
+        const bool element = walk.Node()->getNodeType() == xercesc::DOMNode::ELEMENT_NODE;
+        if (element) {
+            const auto& child = static_cast<const xercesc::DOMElement&>(*walk.Node());
+            if (const XMLCh* name = ZRXPrsUtil::GetAttribute(child, "name"))
+                names.push_back(ZRXPrsUtil::ToUTF8(name));
+        }
+        walk.Next(element);
     }
     return names;
 }

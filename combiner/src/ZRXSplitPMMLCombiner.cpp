@@ -8,6 +8,7 @@
 #include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 #include "ZRXSplitInternal.h"
+#include "ZRXWalk.h"
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -47,10 +48,8 @@ void CollectNamedDescendants(const xercesc::DOMNode* root, const char* tag,
     if (root == nullptr)
         return;
     const std::vector<XMLCh> wanted = ToUTF16(tag);
-    // Depth-first, in document order, without recursion: deep trees stay
-    // off the call stack.
-    const xercesc::DOMNode* node = root->getFirstChild();
-    while (node != nullptr) {
+    for (ZRXNodeWalk walk(root); walk.Node() != nullptr; walk.Next()) {
+        const xercesc::DOMNode* node = walk.Node();
         if (node->getNodeType() == xercesc::DOMNode::ELEMENT_NODE &&
             xercesc::XMLString::equals(node->getNodeName(), wanted.data())) {
             const XMLCh* text = GetAttribute(*node, attribute);
@@ -59,15 +58,6 @@ void CollectNamedDescendants(const xercesc::DOMNode* root, const char* tag,
                 texts.push_back(ToUTF8(text));
             }
         }
-        if (node->getFirstChild() != nullptr) {
-            node = node->getFirstChild();
-            continue;
-        }
-        while (node != nullptr && node != root && node->getNextSibling() == nullptr)
-            node = node->getParentNode();
-        if (node == nullptr || node == root)
-            break;
-        node = node->getNextSibling();
     }
 }
 
@@ -126,8 +116,7 @@ xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNod
 }
 
 // A copy of source in `document`, with everything below it when deep, in
-// document order. Walks without recursion, so that a deep tree stays off the
-// call stack.
+// document order.
 xercesc::DOMNode* CopyTree(xercesc::DOMDocument& document, const xercesc::DOMNode* source,
                            bool deep)
 {
@@ -135,22 +124,14 @@ xercesc::DOMNode* CopyTree(xercesc::DOMDocument& document, const xercesc::DOMNod
     xercesc::DOMNode* root = CopyNode(document, source, whole);
     if (!deep || whole || root == nullptr)
         return root;
-    const xercesc::DOMNode* from = source->getFirstChild();
     xercesc::DOMNode* parent = root;
-    while (from != nullptr) {
-        xercesc::DOMNode* copy = parent->appendChild(CopyNode(document, from, whole));
-        if (!whole && from->getFirstChild() != nullptr) {
-            from = from->getFirstChild();
+    for (ZRXNodeWalk walk(source); walk.Node() != nullptr;) {
+        xercesc::DOMNode* copy = parent->appendChild(CopyNode(document, walk.Node(), whole));
+        int depth = walk.Next(!whole);
+        if (depth > 0)
             parent = copy;
-            continue;
-        }
-        while (from != source && from->getNextSibling() == nullptr) {
-            from = from->getParentNode();
+        for (; depth < 0; ++depth)
             parent = parent->getParentNode();
-        }
-        if (from == source)
-            break;
-        from = from->getNextSibling();
     }
     return root;
 }
