@@ -13,8 +13,9 @@
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 #include <zrcommonr/ZRVarList.h>
 
+#include "ZRXPlatform.h"
+
 #include <xercesc/parsers/XercesDOMParser.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 
 #include <benchmark/benchmark.h>
 
@@ -141,7 +142,7 @@ void BareParse(benchmark::State& state)
 {
     const int count = static_cast<int>(state.range(0));
     const std::vector<std::string>& files = ModelFiles(count);
-    xercesc::XMLPlatformUtils::Initialize();
+    const bool held = ZRXPrsUtil::ZRXPlatform::Acquire();
     {
         xercesc::XercesDOMParser parser;
         for (auto _ : state) {
@@ -151,7 +152,8 @@ void BareParse(benchmark::State& state)
             }
         }
     }
-    xercesc::XMLPlatformUtils::Terminate();
+    if (held)
+        ZRXPrsUtil::ZRXPlatform::Release();
     state.counters["per_model_us"] = benchmark::Counter(
         static_cast<double>(count) * 1e-6,
         benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);

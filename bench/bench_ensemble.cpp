@@ -21,13 +21,13 @@
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
 #include "ZRPMMLBodyFilter.h"
+#include "ZRXPlatform.h"
 
 #include <benchmark/benchmark.h>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/sax2/DefaultHandler.hpp>
 #include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/sax2/XMLReaderFactory.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
@@ -86,7 +86,7 @@ public:
 };
 
 void SaxScan(const std::string& path, Outcome& outcome) {
-    xercesc::XMLPlatformUtils::Initialize();
+    const bool held = ZRXPrsUtil::ZRXPlatform::Acquire();
     {
         xercesc::SecurityManager security;
         security.setEntityExpansionLimit(xercesc::SecurityManager::ENTITY_EXPANSION_LIMIT);
@@ -105,7 +105,8 @@ void SaxScan(const std::string& path, Outcome& outcome) {
         outcome.elements = handler.elements;
         outcome.ok = reader->getErrorCount() == 0 && handler.elements > 0;
     }
-    xercesc::XMLPlatformUtils::Terminate();
+    if (held)
+        ZRXPrsUtil::ZRXPlatform::Release();
 }
 
 void Read(const std::string& path, bool readBodies, Outcome& outcome) {

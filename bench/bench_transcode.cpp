@@ -3,7 +3,7 @@
 // transcoder of the XML library made for each call.
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
-#include <xercesc/util/PlatformUtils.hpp>
+#include "ZRXPlatform.h"
 
 #include <benchmark/benchmark.h>
 
@@ -13,8 +13,13 @@ const char* const kName = "customerId";
 const XMLCh* const kName16 = u"customerId";
 
 struct Session {
-    Session() { xercesc::XMLPlatformUtils::Initialize(); }
-    ~Session() { xercesc::XMLPlatformUtils::Terminate(); }
+    Session() : held(ZRXPrsUtil::ZRXPlatform::Acquire()) {}
+    ~Session()
+    {
+        if (held)
+            ZRXPrsUtil::ZRXPlatform::Release();
+    }
+    const bool held;
 };
 
 void BM_ToUTF8(benchmark::State& state)

@@ -4,7 +4,7 @@
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 #include <zrcommonr/ZRVarList.h>
 
-#include <xercesc/util/PlatformUtils.hpp>
+#include "ZRXPlatform.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -38,7 +38,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
     // Held for the whole run, so that each input does not restart the XML
     // library from nothing.
-    xercesc::XMLPlatformUtils::Initialize();
+    static_cast<void>(ZRXPrsUtil::ZRXPlatform::Acquire());
     char pattern[] = "/tmp/zrx-fuzz-combiner-XXXXXX";
     const char* made = mkdtemp(pattern);
     g_dir = made != nullptr ? made : "/tmp";

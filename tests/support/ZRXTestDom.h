@@ -3,6 +3,7 @@
 #ifndef ZRX_TEST_DOM_H
 #define ZRX_TEST_DOM_H
 
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +11,6 @@
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 
 #include <fstream>
 #include <memory>
@@ -19,10 +19,18 @@
 
 namespace zrxtest {
 
-// One Initialize on construction, one Terminate on destruction.
+// One share of the XML library (ZRXPlatform) from construction to
+// destruction: the first share starts it, the last one ends it.
 struct XercesSession {
-    XercesSession() { xercesc::XMLPlatformUtils::Initialize(); }
-    ~XercesSession() { xercesc::XMLPlatformUtils::Terminate(); }
+    XercesSession() : held(ZRXPrsUtil::ZRXPlatform::Acquire()) {}
+    ~XercesSession()
+    {
+        if (held)
+            ZRXPrsUtil::ZRXPlatform::Release();
+    }
+    XercesSession(const XercesSession&) = delete;
+    XercesSession& operator=(const XercesSession&) = delete;
+    const bool held;
 };
 
 // A test with the XML library started for its duration.
