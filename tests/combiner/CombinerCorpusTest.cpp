@@ -3,7 +3,7 @@
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 
 #include "ZRXCorpus.h"
-#include "combiner_support.h"
+#include "CombinerTestSupport.h"
 
 #include <fstream>
 

@@ -2,7 +2,7 @@
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 
 #include "ZRXScopedLocale.h"
-#include "combiner_support.h"
+#include "CombinerTestSupport.h"
 
 #include <fstream>
 #include <iterator>
