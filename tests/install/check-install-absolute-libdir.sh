@@ -25,6 +25,6 @@ expect prefix "$prefix"
 expect libdir "$libdir"
 expect includedir "$prefix/include"
 # shellcheck disable=SC2046
-"$cxx" -std=c++17 -Wl,--as-needed "$consumer/encoding_consumer.cpp" -o "$work/encoding-consumer-pc" \
+"$cxx" -std=c++17 -Wl,--as-needed "$consumer/EncodingConsumer.cpp" -o "$work/encoding-consumer-pc" \
   $(pkg-config --cflags --libs zrparsexmlr) -Wl,-rpath,"$libdir"
 "$work/encoding-consumer-pc"

@@ -31,11 +31,11 @@ not_needed "$work/cmake-build/encoding_consumer" libzrcommonr
 export PKG_CONFIG_PATH="$libdir/pkgconfig"
 pkg-config --exists zrparsexmlr
 # shellcheck disable=SC2046
-"$cxx" -std=c++17 "$consumer/consumer.cpp" -o "$work/consumer-pc" \
+"$cxx" -std=c++17 "$consumer/Consumer.cpp" -o "$work/consumer-pc" \
   $(pkg-config --cflags --libs zrparsexmlr) -Wl,-rpath,"$libdir"
 "$work/consumer-pc"
 # shellcheck disable=SC2046
-"$cxx" -std=c++17 -Wl,--as-needed "$consumer/encoding_consumer.cpp" -o "$work/encoding-consumer-pc" \
+"$cxx" -std=c++17 -Wl,--as-needed "$consumer/EncodingConsumer.cpp" -o "$work/encoding-consumer-pc" \
   $(pkg-config --cflags --libs zrparsexmlr) -Wl,-rpath,"$libdir"
 not_needed "$work/encoding-consumer-pc" libzrcommonr
 "$work/encoding-consumer-pc"
