@@ -16,8 +16,9 @@ using ZRMetadata::ZRVarList;
 
 namespace {
 
-// Every field of tests/data/pmml/dictionary.pmml as a variable (in the form of
-// pmmltest::Describe), and the bins that come with useBins. Bins stop the walk
+// Every field of tests/data/pmml/dictionary.pmml as a variable, in the line
+// form that pmmltest::Describe writes and explains, and the bins that come
+// with useBins. Bins stop the walk
 // at the last field, which has no Discretize.
 TEST(PMMLFields, DictionaryFileAsVariables) {
     const std::pair<const char*, const char*> vars[] = {

@@ -86,9 +86,28 @@ inline std::string Same(const std::string& text) {
     return text;
 }
 
-// A variable as "name kind;values;labels;missing values;invalid range;bins",
-// missing values as "value=label", the invalid range as "lower..upper", bins
-// as "minimum..maximum cut points bin labels".
+// A variable and its encoder as one line of text, so that a table of expected
+// lines shows a whole dictionary at a glance. The line is
+//
+//     name kind;values;labels;missing values;invalid range;bins
+//
+// with six parts split by ";" (an empty part: nothing of that kind):
+//   name kind       the field's name, a space and GetVarType (1 continuous,
+//                   2 categorical numeric, 3 categorical string);
+//   values          the encoder's valid values in order, split by "|":
+//                   GetStringValues for kind 3, else GetNumericValues;
+//   labels          GetValueLabels in order, split by "|";
+//   missing values  "value=label" for each entry of GetNumericMissing, then
+//                   of GetStringMissing, split by "|" ("8=" is 8 with no label);
+//   invalid range   "lower..upper" if HasMissingRange, else empty;
+//   bins            only if GetUseBins: "minimum..maximum", a space, the cut
+//                   points split by "|", a space, the bin labels split by "|".
+// Numbers are written by Num: "M" for the missing value, "lo" and "hi" for
+// the lowest and highest double (an open bound), else the shortest decimal
+// text. So "cat_num 2;1|M|2;one|none|inf;6=n/a|9=bad|8=;lo..100;" reads:
+// cat_num is categorical numeric, with the values 1, missing and 2, labelled
+// "one", "none" and "inf"; 6 ("n/a"), 9 ("bad") and 8 (no label) are missing
+// values; everything from the lowest double to 100 is invalid; no bins.
 inline std::string Describe(const ZRMetadata::IZRVariable& var, const ZRMetadata::IZREncoder& enc) {
     const int type = var.GetVarType();
     std::string text = var.GetName() + " " + std::to_string(type) + ";" +
