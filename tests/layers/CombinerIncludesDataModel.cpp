@@ -1,0 +1,2 @@
+// Must not compile: the combiner and the datamodel reader stand side by side.
+#include "ZRDataModelParserImp.h"

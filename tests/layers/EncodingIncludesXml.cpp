@@ -1,0 +1,2 @@
+// Must not compile: the encoding services stand on ICU alone.
+#include <zrparsexmlr/ZRXPrsUtil.h>
