@@ -3,13 +3,15 @@
 #define ZRCOMMONR_ZRSTATUS_H
 
 #include <zrcommonr/ZRCommonExport.h>
+#include <zrcommonr/ZRStatusCodes.h>
 
 namespace ZRCommon {
 
 // A value of a code and a flag. A default-constructed status is OK (code 0);
 // any status built with a code is a failure, whatever the code. The flag is
 // carried to the caller untouched; the parsers set it only on the "soft"
-// outcomes 120 (no such parameter) and 123 (parameter without a value).
+// outcomes eNoSuchParameter (120) and eNoValue (123). The codes are named in
+// ZRStatusCodes.h.
 class ZRCOMMON_API ZRStatus {
 public:
     ZRStatus();
