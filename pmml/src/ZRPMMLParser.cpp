@@ -30,7 +30,7 @@ const double kHighest = std::numeric_limits<double>::max();
 
 } // namespace
 
-ZRStatus PMMLFailure(long code) {
+ZRStatus PMMLFailure(ZRCommon::StatusCode code) {
     return ZRStatus(code, false);
 }
 
@@ -47,7 +47,7 @@ ZRPMMLParser::ZRPMMLParser()
         parser = nullptr;
     }
     if (!parser) {
-        status = PMMLFailure(103);
+        status = PMMLFailure(ZRCommon::eCannotStart);
         // The destructor terminates only for an existing parser, so a start
         // that succeeded is undone here to keep the library's count even.
         if (initialised)
@@ -72,24 +72,24 @@ ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream) {
         ZRXInputSource source(stream);
         status = ParseWithParser(*parser, &source, nullptr, xercesMessage);
     } catch (...) {
-        status = PMMLFailure(104);
+        status = PMMLFailure(ZRCommon::eCannotParse);
     }
     if (status.IsOK()) {
         document = parser->getDocument();
         if (!document)
-            status = PMMLFailure(104);
+            status = PMMLFailure(ZRCommon::eCannotParse);
     }
     if (status.IsOK()) {
         const DOMElement* root = document->getDocumentElement();
         if (!root || !TagNameEquals(*root, "PMML"))
-            status = PMMLFailure(105);
+            status = PMMLFailure(ZRCommon::eWrongRoot);
         else
             rootElement = root;
     }
     if (status.IsOK()) {
         dataDictionary = GetFirstChildElmt(*rootElement, "DataDictionary");
         if (!dataDictionary)
-            status = PMMLFailure(106);
+            status = PMMLFailure(ZRCommon::eNoDataDictionary);
         else
             transDictionary = GetFirstChildElmt(*rootElement, "TransformationDictionary");
     }
