@@ -1,6 +1,7 @@
 // ZRSettingsParser::FillVarList and FillTransDict: DataField and DerivedField
-// elements as variables of a ZRVarList. Both read a field the same way; they
-// differ in where Interval margins may stand and in the use of bins.
+// elements as variables of a ZRVarList, read by the shared field reader. The
+// two differ in where Interval margins may stand (a DerivedField may also
+// keep its Interval in an Extension) and in the use of bins.
 #include <zrparsexmlr/ZRSettingsParser.h>
 
 #include "ZRSettingsInternal.h"
