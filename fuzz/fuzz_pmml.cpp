@@ -1,5 +1,6 @@
-// Fuzz target for ZRPMMLParser: parse, fill a variable list with and without
-// bins, choose the first model and walk its univariate statistics.
+// Fuzz target for ZRPMMLParser: parse (with the model bodies for inputs of
+// even length, without them for the others), fill a variable list with and
+// without bins, choose the first model and walk its univariate statistics.
 #include <zrparsexmlr/ZRPMMLParser.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
@@ -32,6 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // ParseToDOM starts afresh.
     static ZRXPrsUtil::ZRPMMLParser parser;
     std::istringstream stream(std::string(reinterpret_cast<const char*>(data), size));
+    parser.SetReadModelBodies(size % 2 == 0);
     if (!parser.ParseToDOM(stream).IsOK())
         return 0;
     for (bool useBins : {false, true}) {

@@ -5,6 +5,7 @@
 #include <zrparsexmlr/ZRXMLReadWrite.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 #include "ZRXSplitInternal.h"
 
@@ -243,12 +244,8 @@ xercesc::DOMDocument* ZRXSplitPMMLCombiner::CreateEmptyMiningModel(bool& created
         return document;
     // The output document outlives every reader of the models, so the
     // combiner keeps the XML library started for as long as it exists.
-    try {
-        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                              nullptr, nullptr);
-    } catch (...) {
+    if (!ZRXPlatform::Acquire())
         return nullptr;
-    }
     holdsXMLLibrary = true;
     const std::vector<XMLCh> core = ToUTF16("Core");
     xercesc::DOMImplementation* impl =
@@ -346,7 +343,7 @@ void ZRXSplitPMMLCombiner::ReleaseDocument()
     miningFieldPositions.clear();
     if (holdsXMLLibrary) {
         holdsXMLLibrary = false;
-        xercesc::XMLPlatformUtils::Terminate();
+        ZRXPlatform::Release();
     }
 }
 

@@ -3,6 +3,7 @@
 #include "ZRDataModelParserImp.h"
 
 #include "ZRXFieldReader.h"
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOMDocument.hpp>
@@ -20,10 +21,7 @@ using ZRCommon::ZRStatus;
 ZRDataModelParserImp::ZRDataModelParserImp()
     : status(), parser(nullptr), document(nullptr), rootElement(nullptr), fieldsElement(nullptr)
 {
-    try {
-        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                              nullptr, nullptr);
-    } catch (...) {
+    if (!ZRXPlatform::Acquire()) {
         status = ZRStatus(ZRCommon::eCannotStart, false);
         return;
     }
@@ -34,7 +32,7 @@ ZRDataModelParserImp::ZRDataModelParserImp()
     }
     if (!parser) {
         status = ZRStatus(ZRCommon::eCannotStart, false);
-        xercesc::XMLPlatformUtils::Terminate();
+        ZRXPlatform::Release();
     }
 }
 
@@ -42,7 +40,7 @@ ZRDataModelParserImp::~ZRDataModelParserImp()
 {
     if (parser) {
         delete parser;
-        xercesc::XMLPlatformUtils::Terminate();
+        ZRXPlatform::Release();
     }
 }
 

@@ -21,17 +21,18 @@ namespace ZRXPrsUtil {
 //         <Range minValue= maxValue=/>...
 //       </Field>...
 //
-// Each Field becomes one variable of a ZRVarList. The object stands for one
-// XMLPlatformUtils::Initialize (constructor) and one Terminate (destructor)
-// and owns its parser, made by NewDOMParser, for its whole life.
+// Each Field becomes one variable of a ZRVarList. The object holds one share
+// of the XML library's start (ZRXPlatform), taken by the constructor and given
+// back by the destructor, and owns its parser, made by NewDOMParser, for its
+// whole life.
 class ZRDataModelParserImp {
 public:
-    // Starts the XML library and makes the parser; a failure of either sets
-    // status 103 and leaves no parser. Nothing is thrown. If the start
-    // succeeds but the parser can't be made, the start is undone at once
-    // (Terminate), so the object holds no share of the XML library.
+    // Takes a share of the XML library's start and makes the parser; a
+    // failure of either sets status 103 and leaves no parser. Nothing is
+    // thrown. If the share is taken but the parser can't be made, the share
+    // is given back at once, so the object holds none.
     ZRDataModelParserImp();
-    // Deletes the parser, then calls Terminate, if the parser was made.
+    // Deletes the parser, then gives the share back, if the parser was made.
     virtual ~ZRDataModelParserImp();
     ZRDataModelParserImp(const ZRDataModelParserImp&) = delete;
     ZRDataModelParserImp& operator=(const ZRDataModelParserImp&) = delete;

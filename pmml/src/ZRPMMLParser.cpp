@@ -3,8 +3,10 @@
 // ZRPMMLUniStats.cpp.
 #include <zrparsexmlr/ZRPMMLParser.h>
 
+#include "ZRPMMLDOMParser.h"
 #include "ZRPMMLInternal.h"
 #include "ZRXFieldReader.h"
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -36,29 +38,30 @@ ZRStatus PMMLFailure(ZRCommon::StatusCode code) {
 
 ZRPMMLParser::ZRPMMLParser()
     : status(), parser(nullptr), xercesMessage(), document(nullptr), rootElement(nullptr),
-      dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr) {
-    bool initialised = false;
+      dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr),
+      readModelBodies(true) {
+    const bool initialised = ZRXPlatform::Acquire();
     try {
-        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                              nullptr, nullptr);
-        initialised = true;
-        parser = NewDOMParser();
+        // The library's DOM parser, with its settings and limits, that can
+        // leave out the bodies of the models.
+        if (initialised)
+            parser = new ZRPMMLDOMParser();
     } catch (...) {
         parser = nullptr;
     }
     if (!parser) {
         status = PMMLFailure(ZRCommon::eCannotStart);
-        // The destructor terminates only for an existing parser, so a start
-        // that succeeded is undone here to keep the library's count even.
+        // The destructor gives the share back only for an existing parser,
+        // so a share that was taken is given back here.
         if (initialised)
-            xercesc::XMLPlatformUtils::Terminate();
+            ZRXPlatform::Release();
     }
 }
 
 ZRPMMLParser::~ZRPMMLParser() {
     if (parser) {
         delete parser;
-        xercesc::XMLPlatformUtils::Terminate();
+        ZRXPlatform::Release();
     }
 }
 
@@ -68,6 +71,8 @@ ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream) {
     rootElement = dataDictionary = transDictionary = modelElement = nullptr;
     if (!parser)
         return status;
+    if (auto* pmmlParser = dynamic_cast<ZRPMMLDOMParser*>(parser))
+        pmmlParser->SetReadModelBodies(readModelBodies);
     try {
         ZRXInputSource source(stream);
         status = ParseWithParser(*parser, &source, nullptr, xercesMessage);
@@ -110,6 +115,14 @@ std::string ZRPMMLParser::GetXercesMessage() const {
 
 const DOMElement* ZRPMMLParser::GetRootElement() const {
     return rootElement;
+}
+
+void ZRPMMLParser::SetReadModelBodies(bool readBodies) {
+    readModelBodies = readBodies;
+}
+
+bool ZRPMMLParser::GetReadModelBodies() const {
+    return readModelBodies;
 }
 
 bool ZRPMMLParser::SetModelElmt(const DOMElement& model) {

@@ -54,6 +54,19 @@ TEST(Status, NamedCodesHaveTheirPublishedNumbers)
     }
 }
 
+TEST(Status, ACodeOfZeroGivenIsAFailureToo)
+{
+    for (const bool flag : {false, true}) {
+        const ZRStatus given(0, flag);
+        EXPECT_FALSE(given.IsOK());
+        EXPECT_EQ(0, given.GetCode());
+        EXPECT_EQ(flag, given.GetFlag());
+        EXPECT_NE(ZRStatus(), given);
+        const ZRStatus copy = given;
+        EXPECT_FALSE(copy.IsOK());
+    }
+}
+
 TEST(MissingValue, IsFiniteEqualToItselfAndApartFromTheOpenBound)
 {
     EXPECT_TRUE(std::isfinite(ZRMV::gMissingValue));

@@ -2,6 +2,7 @@
 // give 104 with the XML library's message and no exception, hostile documents
 // read no file and stop expanding, and documents without a DOCTYPE give the
 // same DOM as a parser at the XML library's defaults.
+#include "ZRXCorpus.h"
 #include "ZRXTestDom.h"
 
 #include <zrparsexmlr/ZRXMLReadWrite.h>
@@ -106,14 +107,8 @@ TEST_F(Parsing, DocumentsWithoutDoctypeGiveTheSameDomAsTheDefaultParser)
 {
     std::vector<std::string> files = {kData + "small.xml",
                                       std::string(ZRX_EXAMPLES_DIR) + "/data/job.datamodel.xml"};
-    const fs::path corpus = fs::path(ZRX_CORPUS_DIR) / "pmml";
-    if (fs::is_directory(corpus)) {
-        for (const auto& entry : fs::recursive_directory_iterator(corpus))
-            if (entry.is_regular_file())
-                files.push_back(entry.path().string());
-    } else if (ZRX_REQUIRE_CORPUS) {
-        FAIL() << "corpus missing: " << corpus;
-    }
+    for (const zrxtest::CorpusFile& document : zrxtest::CorpusFiles())
+        files.push_back(document.path.string());
     for (const std::string& path : files) {
         const std::string text = zrxtest::ReadFile(path);
         ASSERT_EQ(text.find("<!DOCTYPE"), std::string::npos) << path;

@@ -1,5 +1,6 @@
 #include <zrparsexmlr/ZRXMLReadWrite.h>
 
+#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -85,14 +86,8 @@ private:
 
 ZRXMLReadWrite::ZRXMLReadWrite() : status(), parser(nullptr), xercesMessage(), document(nullptr)
 {
-    try {
-        xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                              nullptr, nullptr);
-    } catch (const xercesc::XMLException&) {
+    if (!ZRXPlatform::Acquire())
         status = ZRStatus(ZRCommon::eCannotStart, false);
-    } catch (...) {
-        status = ZRStatus(ZRCommon::eCannotStart, false);
-    }
 }
 
 ZRXMLReadWrite::~ZRXMLReadWrite()
@@ -100,7 +95,7 @@ ZRXMLReadWrite::~ZRXMLReadWrite()
     if (!status.IsOK())
         return;
     DropParser();
-    xercesc::XMLPlatformUtils::Terminate();
+    ZRXPlatform::Release();
 }
 
 void ZRXMLReadWrite::DropParser()

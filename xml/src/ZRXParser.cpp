@@ -1,5 +1,6 @@
 // The one place where the library makes and runs its DOM parsers.
 #include "ZRXPrsUtilInternal.h"
+#include "ZRXDOMParser.h"
 
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
@@ -7,37 +8,17 @@
 #include <xercesc/sax/SAXParseException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
 
 #include <filesystem>
+#include <fstream>
+#include <memory>
 #include <string>
 #include <utility>
 
 namespace ZRXPrsUtil {
 
 namespace {
-
-// Holds the security manager of a parser. As the first base of the parser it
-// is built before the parser and destroyed after it, so that the parser never
-// points at a dead security manager.
-struct ZRXSecurityHolder {
-    xercesc::SecurityManager security;
-};
-
-// A DOM parser that resolves no external entity, loads no external DTD and
-// stops entity expansion at the XML library's default limit.
-class ZRXHardenedDOMParser : private ZRXSecurityHolder, public xercesc::XercesDOMParser {
-public:
-    ZRXHardenedDOMParser()
-        : xercesc::XercesDOMParser(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager, nullptr)
-    {
-        security.setEntityExpansionLimit(xercesc::SecurityManager::ENTITY_EXPANSION_LIMIT);
-        setDisableDefaultEntityResolution(true);
-        setLoadExternalDTD(false);
-        setSecurityManager(&security);
-    }
-};
 
 // Keeps the text of the first error that the XML library reports during one
 // parse. It throws nothing, so the parse runs exactly as without a handler:
@@ -104,9 +85,9 @@ std::string CaughtMessage(const std::string& kept)
 
 } // namespace
 
-xercesc::XercesDOMParser* NewDOMParser()
+ZRXDOMParser* NewDOMParser()
 {
-    return new ZRXHardenedDOMParser();
+    return new ZRXDOMParser();
 }
 
 ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
@@ -124,15 +105,37 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
         message = std::string("is a folder, not a document: ") + path;
         return failed;
     }
+    // A path is opened here as a local file and read as a stream: the XML
+    // library would take it for a URL where it looks like one and fetch it.
+    std::ifstream file;
+    std::unique_ptr<ZRXInputSource> fileSource;
+    if (!source) {
+        try {
+            file.open(path, std::ios::in | std::ios::binary);
+            if (file.is_open())
+                fileSource.reset(new ZRXInputSource(file));
+        } catch (...) {
+        }
+        if (!fileSource) {
+            message = std::string("can't open the file: ") + path;
+            return failed;
+        }
+        source = fileSource.get();
+    }
     ZRXFirstErrorKeeper errors;
     try {
+        // The documents of earlier parses go first: the XML library keeps
+        // every document a parser made until the parser is destroyed, so a
+        // reader that parses again and again would grow without end.
+        parser.resetDocumentPool();
         ZRXHandlerScope scope(parser, errors);
-        if (source)
-            parser.parse(*source);
-        else
-            parser.parse(path);
+        parser.parse(*source);
     } catch (...) {
         message = CaughtMessage(errors.message);
+        const ZRXDOMParser* ours = dynamic_cast<const ZRXDOMParser*>(&parser);
+        if (ours && ours->WasTooDeep())
+            message = "elements nested deeper than " + std::to_string(ZRXDOMParser::kMaxDepth) +
+                      " levels";
         return failed;
     }
     if (parser.getErrorCount() != 0 || !parser.getDocument()) {

@@ -4,6 +4,8 @@
 #ifndef ZRPARSEXMLR_ZRXPRSUTILINTERNAL_H
 #define ZRPARSEXMLR_ZRXPRSUTILINTERNAL_H
 
+#include "ZRXDOMParser.h"
+
 #include <zrparsexmlr/ZRXPrsUtil.h>
 #include <zrcommonr/ZRStatus.h>
 
@@ -87,36 +89,39 @@ private:
 // Hardened on purpose, departing from a parser left at the XML library's
 // defaults: documents come from users, and at those defaults Xerces-C resolves
 // external entities (a file:// entity reads any local file into the DOM, an
-// http:// one fetches over the network), loads external DTDs, and expands
-// nested internal entities without bound (a "billion laughs" document grows
-// past hundreds of megabytes). So the parser
-//   - resolves no external entity (setDisableDefaultEntityResolution): a
-//     document that uses one fails to parse;
-//   - loads no external DTD (setLoadExternalDTD(false)): it is skipped;
-//   - stops entity expansion at the XML library's default limit of 50,000
-//     through a SecurityManager that the parser object owns: such a document
-//     fails to parse, quickly.
-// Nothing else is changed (no validation, no namespaces, no error handler of
-// its own), so the DOM of any document without a DOCTYPE is exactly as before.
+// http:// one fetches over the network), loads external DTDs, expands nested
+// internal entities without bound (a "billion laughs" document grows past
+// hundreds of megabytes), keeps entity reference nodes (copied into another
+// document they lose their text) and takes any nesting (the serialiser then
+// overflows the stack). ZRXDOMParser (ZRXDOMParser.h) tells what the parser
+// does instead. Validation and schemas stay off, so no schema location of a
+// document is ever loaded. The DOM of any document without a DOCTYPE and
+// within the depth limit is exactly as before.
 // Never null; may throw what the XML library throws while constructing a
 // parser (OutOfMemoryException, XMLException).
-xercesc::XercesDOMParser* NewDOMParser();
+ZRXDOMParser* NewDOMParser();
 
-// Parses `source` (or the file at `path` when `source` is null) with
-// `parser`. Any failure gives status 104 and no exception leaves: an
+// Parses `source` (or the local file at `path` when `source` is null) with
+// `parser`, after freeing every document the parser built before (a pointer
+// into one goes stale here, whatever the outcome). `path` is a file name on
+// this machine, opened and read as a stream: it is never taken for a URL, so
+// "http://host/x" is the relative path "http:/host/x", not found, and nothing
+// is fetched. Any failure gives status 104 and no exception leaves: an
 // exception of the XML library or any other (also one thrown by the input
 // stream), a document that is not well-formed, bad bytes for its encoding, an
 // unknown encoding, an external entity, too many entity expansions (for all
 // of these the XML library throws nothing but counts errors: the parser's
-// error count is not 0, and getDocument() may hold a partial document), a
-// path that names a folder (refused before the XML library sees it, which
-// would leak on it), or no document. `message` is emptied first and after a failure holds, as UTF-8,
+// error count is not 0, and getDocument() may hold a partial document),
+// elements nested deeper than ZRXDOMParser::kMaxDepth, a file that can't be
+// opened, a path that names a folder (refused before the XML library sees it,
+// which would leak on it), or no document. `message` is emptied first and after a failure holds, as UTF-8,
 // the text of the exception that ended the parse if it carries one, else the
 // first error the XML library reported; it stays empty after a success. To
 // keep that text the parser has, for the parse only, an error handler that
 // records and throws nothing, so the parse itself runs as without one; the
-// handler set before is put back. On success the document stays with the
-// parser; after a failure the caller must not use the parser's document.
+// handler set before is put back. The parser's earlier documents are released
+// before the parse. On success the document stays with the parser; after a
+// failure the caller must not use the parser's document.
 ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
                                    const xercesc::InputSource* source, const char* path,
                                    std::string& message);

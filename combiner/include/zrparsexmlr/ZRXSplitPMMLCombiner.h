@@ -35,9 +35,19 @@
 //
 // Decisions on what the model format leaves open:
 //  - Life of the XML library: the combiner itself keeps the XML library
-//    initialised while its output document exists (from the first accepted
-//    model to the export or the destruction). A caller needs no object of its
-//    own for that.
+//    started while its output document exists (from the first accepted
+//    model to the export or the destruction): it takes one share of the
+//    library's start then and gives it back once. A caller needs no object of
+//    its own for that.
+//  - Paths are local file names: a path is opened as a file on this machine
+//    and never taken for a URL, so "http://host/m.pmml" is a relative path
+//    that is not found (104) and nothing is fetched.
+//  - Entity references of a model (to entities of its own internal DTD) are
+//    read as their text, so the output, which has no DTD, holds the text.
+//  - A model nested deeper than 2,000 elements is refused with 104 (see
+//    ZRXMLReadWrite.h). The output holds each model 3 levels deeper (in
+//    MiningModel/Segmentation/Segment), so the output of a model deeper than
+//    1,997 levels is written, but the library's readers refuse it.
 //  - The first model is checked whole before the output document is made: a
 //    root that is not PMML gives 105, a PMML root without any model 113, a
 //    MiningModel 125, no functionName 108 and an empty one 109. A refused
@@ -75,8 +85,11 @@
 //    with 104 instead of leaving by an exception. A first model then leaves
 //    nothing behind; a later one may leave part of itself in the output.
 //
-// An object is used by one thread at a time. The variable list is held by
-// reference and must outlive the combiner.
+// Threads: any number of objects of the library may be used at once, each by
+// one thread at a time. Starting and ending the XML library is shared by all
+// objects of the process and guarded, so objects on different threads may be
+// made and destroyed side by side.
+// The variable list is held by reference and must outlive the combiner.
 #ifndef ZRPARSEXMLR_ZRXSPLITPMMLCOMBINER_H
 #define ZRPARSEXMLR_ZRXSPLITPMMLCOMBINER_H
 

@@ -24,8 +24,15 @@
 // parsed document; 108 a Field lacks "name", "storage" or "measure"; 109 its
 // "storage" is unknown; 111 the ZRVarList refused the variable.
 //
-// Each object starts the XML library in its constructor and stops it in its
-// destructor, so any number of objects may live side by side.
+// Each object takes a share of the XML library's start in its constructor and
+// gives it back in its destructor. One object reads any number of documents
+// one after the other and holds the memory of the last one only. A document
+// nested deeper than 2,000 elements is refused with 104.
+//
+// Threads: any number of objects of the library may be used at once, each by
+// one thread at a time. Starting and ending the XML library is shared by all
+// objects of the process and guarded, so objects on different threads may be
+// made and destroyed side by side.
 #ifndef ZRPARSEXMLR_ZRDATAMODELPARSER_H
 #define ZRPARSEXMLR_ZRDATAMODELPARSER_H
 

@@ -28,14 +28,24 @@ namespace ZRXPrsUtil {
 // status of construction and of the last parse and returns it at once when it
 // is not OK; queries never change it. Element and attribute names are compared
 // exactly, on the tag as written: a tag with a namespace prefix matches nothing.
+//
+// One object reads any number of documents one after the other and holds the
+// memory of the last one only: each ParseToDOM frees the document before it.
+// A document nested deeper than 2,000 elements is refused with 104.
+//
+// Threads: any number of objects of the library may be used at once, each by
+// one thread at a time. Starting and ending the XML library is shared by all
+// objects of the process and guarded, so objects on different threads may be
+// made and destroyed side by side.
 class ZRXPRS_API ZRPMMLParser {
 public:
-    // Starts the XML library and makes the DOM parser; any failure gives
-    // status 103 and no exception. When the library started but the parser
-    // could not be made, the start is undone at once, so that every start
-    // is paired with one end.
+    // Takes a share of the XML library's start and makes the DOM parser; any
+    // failure gives status 103 and no exception. When the share was taken but
+    // the parser could not be made, the share is given back at once, so that
+    // every start is paired with one end.
     ZRPMMLParser();
-    // Frees the parser and, only if there was one, ends the XML library.
+    // Frees the parser and, only if there was one, gives the share back (the
+    // last share ends the XML library).
     virtual ~ZRPMMLParser();
     ZRPMMLParser(const ZRPMMLParser&) = delete;
     ZRPMMLParser& operator=(const ZRPMMLParser&) = delete;
@@ -50,6 +60,32 @@ public:
     // root or a root other than "PMML"; 106 no DataDictionary. The earlier
     // document, and the model chosen on it, are gone whatever the outcome.
     virtual ZRCommon::ZRStatus ParseToDOM(std::istream& stream);
+
+    // Whether the next ParseToDOM builds the bodies of the models; true, the
+    // whole document, unless set otherwise. With false, each child element of
+    // the PMML root that is a model (AssociationModel, BayesianNetworkModel,
+    // BaselineModel, ClusteringModel, GaussianProcessModel,
+    // GeneralRegressionModel, MiningModel, NaiveBayesModel,
+    // NearestNeighborModel, NeuralNetwork, RegressionModel, RuleSetModel,
+    // SequenceModel, Scorecard, SupportVectorMachineModel, TextModel,
+    // TimeSeriesModel, TreeModel, AnomalyDetectionModel; tags compared as
+    // written) is built with its attributes and its MiningSchema, Output,
+    // ModelStats, ModelExplanation, Targets and LocalTransformations
+    // children, each whole, and nothing else of it: tree nodes, segments and
+    // the models inside them, regression tables, neurons, support vectors,
+    // and the text, comments and processing instructions directly inside the
+    // model are skipped as they are read and take neither time to build nor
+    // memory (what an entity expands into is judged where it stands). A
+    // skipped body is not held to the parser's nesting limit, as none of it
+    // is built. Everything outside the models (Header, DataDictionary,
+    // TransformationDictionary, Extension, ...) is built whole, so
+    // FillVarList, and FillUniStats on any model that is a child of the root,
+    // give what they give on the whole document. Models below the root (in a
+    // Segment, an Extension, ...) are inside a skipped body or kept whole
+    // with the element that holds them. The setting stays for every later
+    // parse until it is set again; a failed construction ignores it.
+    void SetReadModelBodies(bool readBodies);
+    bool GetReadModelBodies() const;
 
     ZRCommon::ZRStatus GetStatus() const;
     std::string GetXercesMessage() const;
@@ -126,6 +162,8 @@ protected:
     const xercesc::DOMElement* dataDictionary;
     const xercesc::DOMElement* transDictionary;
     const xercesc::DOMElement* modelElement;
+    // SetReadModelBodies, applied by each ParseToDOM.
+    bool readModelBodies;
 };
 
 } // namespace ZRXPrsUtil

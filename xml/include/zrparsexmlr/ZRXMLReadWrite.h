@@ -2,11 +2,24 @@
 // at a time from a file or a stream, keeps it, and writes any DOM to a file.
 // The split-model combiner reads every model and writes its result with it.
 //
-// Life of the XML library: the constructor starts the XML library (one
-// XMLPlatformUtils::Initialize) and the destructor stops it (one Terminate),
-// after freeing the parser, so that any number of objects can live side by
-// side. Documents that came from an object must not be used after its
-// destruction.
+// Life of the XML library: the constructor takes one share of the XML
+// library's start (the first share of the process starts it) and the
+// destructor gives it back (the last share ends it), after freeing the parser.
+// Documents that came from an object must not be used after its destruction.
+//
+// Threads: any number of objects of the library may be used at once, each by
+// one thread at a time. Starting and ending the XML library is shared by all
+// objects of the process and guarded, so objects on different threads may be
+// made and destroyed side by side.
+//
+// Paths are local file names: a path is opened as a file on this machine and
+// never taken for a URL ("http://host/x" is the relative path "http:/host/x",
+// which is not found: 104), so no operation opens a network connection.
+// Entity references are read as their text: a parsed document holds no entity
+// reference node. A document nested deeper than 2,000 elements (the document
+// element is level 1) is refused with 104: the XML library's serialiser
+// recurses once per level, and at 2,000 levels every operation runs on a
+// thread with a 1 MiB stack.
 //
 // States: not initialised (status 103 for good: every parse and write returns
 // 103 and does nothing), empty (no document) and holding (after a successful
@@ -54,7 +67,8 @@ public:
     // The result of construction; it never changes afterwards.
     ZRCommon::ZRStatus GetInitStatus() const;
 
-    // Parses the file at `path`, which goes to the parser unchanged.
+    // Parses the local file at `path`, opened as a file and read as a stream;
+    // a path that can't be opened as a file gives 104.
     ZRCommon::ZRStatus ParseToDOM(const std::string& path);
     // Parses the stream, read to its end.
     ZRCommon::ZRStatus ParseToDOM(std::istream& stream);
@@ -63,6 +77,9 @@ public:
     // `path` without pretty-printing. With no document at all the result is
     // OK and no file is touched. Changes neither the held parser nor the held
     // document, so it writes documents of other owners too.
+    // The serialiser takes about 128 bytes of stack per level: a document that
+    // did not come from a parser of this library (which refuses more than
+    // 2,000 levels) must fit the caller's stack.
     ZRCommon::ZRStatus WriteFromDOM(const std::string& path,
                                     const xercesc::DOMDocument* document = nullptr) const;
 

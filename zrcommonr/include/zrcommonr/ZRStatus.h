@@ -8,7 +8,8 @@
 namespace ZRCommon {
 
 // A value of a code and a flag. A default-constructed status is OK (code 0);
-// any status built with a code is a failure, whatever the code. The flag is
+// any status built with a code is a failure, whatever the code: also
+// ZRStatus(0, flag), whose GetCode() is 0 and which equals no OK status. The flag is
 // carried to the caller untouched; the parsers set it only on the "soft"
 // outcomes eNoSuchParameter (120) and eNoValue (123). The codes are named in
 // ZRStatusCodes.h.
@@ -27,6 +28,7 @@ public:
 private:
     long m_code;
     bool m_flag;
+    bool m_given;   // built with a code
 };
 
 } // namespace ZRCommon

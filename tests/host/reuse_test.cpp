@@ -1,0 +1,118 @@
+// Repeated documents: an object kept for thousands of documents holds the
+// memory of one document, not of all it has read.
+#include <zrparsexmlr/ZRDataModelParser.h>
+#include <zrparsexmlr/ZRPMMLParser.h>
+#include <zrparsexmlr/ZRSettingsParser.h>
+
+#include <gtest/gtest.h>
+#include <malloc.h>
+
+#include <cstddef>
+#include <functional>
+#include <iostream>
+#include <sstream>
+#include <string>
+
+// Given by the sanitizers' allocators, whose memory mallinfo2 does not see.
+extern "C" std::size_t __sanitizer_get_current_allocated_bytes() __attribute__((weak));
+
+namespace {
+
+using ZRMTD_NAMESPACE::ZRVarList;
+
+std::size_t LiveBytes()
+{
+    if (__sanitizer_get_current_allocated_bytes)
+        return __sanitizer_get_current_allocated_bytes();
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+const int kParses = 2000;
+// What the memory may grow by over all parses after the first ones: a small
+// part of one document's DOM, which is some hundred KB for the documents
+// below.
+const std::size_t kAllowedGrowth = 256 * 1024;
+
+// Runs `parse` kParses times after a few first ones and gives the growth of
+// the live heap per parse; stops early once the growth is past the allowed.
+double GrowthPerParse(const std::function<bool()>& parse)
+{
+    for (int i = 0; i < 20; ++i)
+        EXPECT_TRUE(parse());
+    const std::size_t before = LiveBytes();
+    int done = 0;
+    std::size_t after = before;
+    while (done < kParses) {
+        for (int i = 0; i < 250; ++i, ++done)
+            if (!parse()) {
+                ADD_FAILURE() << "parse " << done << " failed";
+                return 0;
+            }
+        after = LiveBytes();
+        if (after > before + kAllowedGrowth)
+            break;
+    }
+    const double perParse = after > before ? double(after - before) / done : 0.0;
+    std::cout << "growth per parse: " << perParse << " bytes over " << done << " parses\n";
+    return perParse;
+}
+
+std::string Dictionary(int fields)
+{
+    std::string text = "<PMML version=\"4.4\"><DataDictionary>";
+    for (int i = 0; i < fields; ++i)
+        text += "<DataField name=\"f" + std::to_string(i) +
+                "\" optype=\"categorical\" dataType=\"string\"><Value value=\"a\"/>"
+                "<Value value=\"b\"/></DataField>";
+    return text + "</DataDictionary>";
+}
+
+const double kAllowedPerParse = double(kAllowedGrowth) / kParses;
+
+TEST(Reuse, PMMLReaderHoldsOneDocument)
+{
+    const std::string text = Dictionary(40) + "</PMML>";
+    ZRXPrsUtil::ZRPMMLParser reader;
+    EXPECT_LT(GrowthPerParse([&] {
+                  std::istringstream in(text);
+                  ZRVarList vars;
+                  return reader.ParseToDOM(in).IsOK() &&
+                         reader.FillVarList(vars, {}, false).IsOK();
+              }),
+              kAllowedPerParse);
+}
+
+TEST(Reuse, SettingsReaderHoldsOneDocument)
+{
+    const std::string text = Dictionary(40) +
+                             "<MiningBuildTask><Extension><Parameters>"
+                             "<Parameter name=\"p\" value=\"1\"/></Parameters></Extension>"
+                             "</MiningBuildTask></PMML>";
+    ZRXPrsUtil::ZRSettingsParser settings;
+    EXPECT_LT(GrowthPerParse([&] {
+                  std::istringstream in(text);
+                  int p = 0;
+                  return settings.ParseToDOM(in).IsOK() && settings.GetParameter("p", p).IsOK();
+              }),
+              kAllowedPerParse);
+}
+
+TEST(Reuse, DataModelReaderHoldsOneDocument)
+{
+    std::string text = "<DataModel><Fields>";
+    for (int i = 0; i < 40; ++i)
+        text += "<Field name=\"f" + std::to_string(i) +
+                "\" storage=\"string\" measure=\"nominal\"><Values><Value value=\"a\"/>"
+                "<Value value=\"b\"/></Values></Field>";
+    text += "</Fields></DataModel>";
+    ZRXPrsUtil::ZRDataModelParser parser;
+    EXPECT_LT(GrowthPerParse([&] {
+                  ZRVarList vars;
+                  return parser.ParseToDOM(text).IsOK() &&
+                         parser.FillVarList(vars, false, false, 10).IsOK();
+              }),
+              kAllowedPerParse);
+}
+
+} // namespace

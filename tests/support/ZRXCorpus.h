@@ -1,0 +1,80 @@
+// Test support: the documents of the real-world PMML corpus. The corpus of
+// the tree (tests/corpus) is always read; a build may add an extra corpus
+// (ZRX_EXTRA_CORPUS_DIR, its pmml/ folder), whose documents are read when the
+// tree has no document of the same name.
+#ifndef ZRX_TEST_CORPUS_H
+#define ZRX_TEST_CORPUS_H
+
+#include "ZRXCorpusConfig.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace zrxtest {
+
+struct CorpusFile {
+    std::string name;           // "<folder>/<file>", the same in both corpora
+    std::filesystem::path path; // where it is read from
+    bool inTree;
+};
+
+inline const std::filesystem::path& CorpusDir()
+{
+    static const std::filesystem::path dir(ZRX_CORPUS_DIR);
+    return dir;
+}
+
+// Empty when the build names no extra corpus.
+inline const std::filesystem::path& ExtraCorpusDir()
+{
+    static const std::filesystem::path dir(ZRX_EXTRA_CORPUS_DIR);
+    return dir;
+}
+
+// The PMML documents (.pmml and .xml files) under `dir`, by name.
+inline std::vector<CorpusFile> DocumentsUnder(const std::filesystem::path& dir, bool inTree)
+{
+    std::vector<CorpusFile> files;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(dir)) {
+        const std::string extension = entry.path().extension().string();
+        if (!entry.is_regular_file() || (extension != ".pmml" && extension != ".xml"))
+            continue;
+        files.push_back({entry.path().lexically_relative(dir).generic_string(), entry.path(), inTree});
+    }
+    std::sort(files.begin(), files.end(),
+              [](const CorpusFile& a, const CorpusFile& b) { return a.name < b.name; });
+    return files;
+}
+
+// Every document of the tree's corpus, then those of the extra corpus that
+// the tree does not have.
+inline std::vector<CorpusFile> CorpusFiles()
+{
+    std::vector<CorpusFile> files = DocumentsUnder(CorpusDir(), true);
+    if (ExtraCorpusDir().empty())
+        return files;
+    const std::size_t inTree = files.size();
+    for (CorpusFile& extra : DocumentsUnder(ExtraCorpusDir(), false)) {
+        const auto end = files.begin() + static_cast<std::ptrdiff_t>(inTree);
+        const bool known = std::any_of(files.begin(), end,
+                                       [&](const CorpusFile& own) { return own.name == extra.name; });
+        if (!known)
+            files.push_back(std::move(extra));
+    }
+    return files;
+}
+
+// Where the document of that name is read from; empty if neither corpus has it.
+inline std::filesystem::path CorpusPath(const std::string& name)
+{
+    for (const std::filesystem::path& dir : {CorpusDir(), ExtraCorpusDir()})
+        if (!dir.empty() && std::filesystem::is_regular_file(dir / name))
+            return dir / name;
+    return {};
+}
+
+} // namespace zrxtest
+
+#endif

@@ -1,0 +1,88 @@
+// ZRXDOMParser: the DOM parser of every reader of the library. Internal, not
+// exported; made only by NewDOMParser (ZRXPrsUtilInternal.h).
+#ifndef ZRPARSEXMLR_ZRXDOMPARSER_H
+#define ZRPARSEXMLR_ZRXDOMPARSER_H
+
+#include <xercesc/parsers/XercesDOMParser.hpp>
+#include <xercesc/util/SecurityManager.hpp>
+
+namespace ZRXPrsUtil {
+
+namespace Detail {
+
+// Holds the security manager of a parser. As the first base of the parser it
+// is built before the parser and destroyed after it, so that the parser never
+// points at a dead security manager.
+struct ZRXSecurityHolder {
+    xercesc::SecurityManager security;
+};
+
+} // namespace Detail
+
+// A DOM parser hardened for documents that come from users:
+//   - it resolves no external entity (a document that uses one fails to
+//     parse), loads no external DTD (it is skipped and the parse goes on) and
+//     stops entity expansion at the XML library's default limit of 50,000;
+//   - it expands every entity reference into its text (no entity reference
+//     node is made), so that nodes copied out of the document mean the same in
+//     a document without the DTD;
+//   - it refuses a document nested deeper than kMaxDepth elements: the parse
+//     stops at the first element past the limit (the XML library's scanner
+//     reads nesting without recursion, but its serialiser, its deep copy and
+//     the library's own walks recurse once per level). The document element
+//     is level 1.
+//
+// The limit: real PMML trees reach some hundreds of levels, and the combiner
+// puts a model 3 levels deeper. The deepest user of the stack is the XML
+// library's serialiser (the combiner's export, ZRXMLReadWrite's write), about
+// 128 bytes a level, the same in the AddressSanitizer build as the XML
+// library is not instrumented; the readers' own walks do not recurse. At
+// 2,000 levels the deepest operation takes about 265 KB of stack, a quarter
+// of a 1 MiB thread stack, leaving the rest to the host's own frames.
+//
+// Derived parsers may override the element events; they must call these
+// versions, which keep the depth count and stop the parse, for every element
+// they build. One that leaves an element out whole (its start, everything in
+// it and its end: ZRPMMLDOMParser) passes none of its events on, and the
+// count and the limit are of the elements built.
+class ZRXDOMParser : private Detail::ZRXSecurityHolder, public xercesc::XercesDOMParser {
+public:
+    static const XMLSize_t kMaxDepth = 2000;
+
+    ZRXDOMParser();
+    ~ZRXDOMParser() override;
+    ZRXDOMParser(const ZRXDOMParser&) = delete;
+    ZRXDOMParser& operator=(const ZRXDOMParser&) = delete;
+
+    // True after a parse that was stopped for its depth, until the next parse
+    // starts.
+    bool WasTooDeep() const { return m_tooDeep; }
+
+    void startDocument() override;
+    // Past kMaxDepth, throws ZRXTooDeep (before the element is made), which
+    // ends the parse; ParseWithParser turns it into a failed parse.
+    void startElement(const xercesc::XMLElementDecl& elemDecl, const unsigned int urlId,
+                      const XMLCh* const elemPrefix,
+                      const xercesc::RefVectorOf<xercesc::XMLAttr>& attrList,
+                      const XMLSize_t attrCount, const bool isEmpty,
+                      const bool isRoot) override;
+    void endElement(const xercesc::XMLElementDecl& elemDecl, const unsigned int urlId,
+                    const bool isRoot, const XMLCh* const elemPrefix) override;
+
+    // What startElement throws past the limit.
+    struct ZRXTooDeep {
+    };
+
+protected:
+    // The level of the element being started (in startElement) or of the
+    // innermost open element (elsewhere); 0 outside the document element.
+    XMLSize_t Depth() const { return m_depth; }
+
+private:
+    XMLSize_t m_depth;
+    bool m_tooDeep;
+};
+
+} // namespace ZRXPrsUtil
+
+#endif

@@ -1,0 +1,41 @@
+// ZRXPlatform: the one owner of the XML library's life inside this library.
+// Internal, not exported.
+//
+// Xerces-C must be started (XMLPlatformUtils::Initialize) before any of its
+// objects is made and ended (Terminate) after the last one is gone. It counts
+// its starts itself, but neither call is safe when two threads make it at
+// once: one thread's Terminate would end the library under another thread's
+// parse. Every object of this library that needs the XML library therefore
+// takes a share here and gives it back once, and only this file calls
+// Initialize and Terminate.
+//
+// This is the library's one lock beside the one that guards the creation of
+// the default converter of the encoding services; everything else takes
+// none. It is taken only when an object starts or ends (never during a parse,
+// a query or a write), so that objects on different threads can live side by
+// side; the rule for users stays that any number of objects may be used at
+// once, each by one thread at a time.
+//
+// Rule for callers: every object of the XML library that a holder made
+// (parsers, documents, serialisers, transcoders) must be destroyed before the
+// holder's Release.
+#ifndef ZRPARSEXMLR_ZRXPLATFORM_H
+#define ZRPARSEXMLR_ZRXPLATFORM_H
+
+namespace ZRXPrsUtil {
+
+class ZRXPlatform {
+public:
+    // Takes one share: the first share starts the XML library. False (and no
+    // share taken) if it can't be started; never throws.
+    static bool Acquire();
+    // Gives one share back: the last one ends the XML library. Only after a
+    // successful Acquire, exactly once for it.
+    static void Release();
+    // The number of shares held now (for tests).
+    static long Shares();
+};
+
+} // namespace ZRXPrsUtil
+
+#endif
