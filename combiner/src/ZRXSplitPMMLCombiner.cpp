@@ -67,16 +67,6 @@ using namespace SplitPMML;
 
 namespace {
 
-const long kNoRoot = 105;
-const long kAttributeAbsent = 108;
-const long kAttributeRefused = 109;
-const long kCannotStart = 103;
-const long kCannotParse = 104;
-const long kNoModel = 113;
-const long kOtherFunction = 124;
-const long kNestedMiningModel = 125;
-const long kValueCount = 126;
-
 // One node of a parsed model made anew in `document`: an element, text,
 // CDATA or comment without its children (`whole` false), any other node with
 // everything below it (`whole` true). Elements of a model read without
@@ -169,7 +159,7 @@ ZRStatus ZRXSplitPMMLCombiner::AddModel(const std::string& path,
         return status;
     status = ZRStatus();
     if (varList.Size() != values.size()) {
-        status = ZRStatus(kValueCount, false);
+        status = ZRStatus(ZRCommon::eSplitValuesDontMatch, false);
         return status;
     }
     ZRXMLReadWrite reader;
@@ -184,7 +174,7 @@ ZRStatus ZRXSplitPMMLCombiner::AddModel(const std::string& path,
         // and a first model that failed half-way leaves nothing behind.
         if (first)
             ReleaseDocument();
-        status = ZRStatus(kCannotParse, false);
+        status = ZRStatus(ZRCommon::eCannotParse, false);
     }
     return status;
 }
@@ -207,7 +197,7 @@ ZRStatus ZRXSplitPMMLCombiner::ParseSplitModelXML(xercesc::DOMDocument* parsed,
     bool created = false;
     CreateEmptyMiningModel(created);
     if (!created)
-        return ZRStatus(kCannotStart, false);
+        return ZRStatus(ZRCommon::eCannotStart, false);
     functionName = function;
     return FillCommonToMiningModel(parsed, values);
 }
@@ -217,14 +207,14 @@ ZRStatus ZRXSplitPMMLCombiner::CheckFirstModel(const xercesc::DOMElement* pmml,
                                                std::string& function) const
 {
     if (pmml == nullptr)
-        return ZRStatus(kNoRoot, false);
+        return ZRStatus(ZRCommon::eWrongRoot, false);
     if (model == nullptr)
-        return ZRStatus(kNoModel, false);
+        return ZRStatus(ZRCommon::eChildAbsent, false);
     const ZRStatus result = GetFunctionNameAtt(model, function);
     if (!result.IsOK())
         return result;
     if (function.empty())
-        return ZRStatus(kAttributeRefused, false);
+        return ZRStatus(ZRCommon::eNotAccepted, false);
     return ZRStatus();
 }
 
@@ -264,7 +254,7 @@ ZRStatus ZRXSplitPMMLCombiner::FillCommonToMiningModel(xercesc::DOMDocument* par
     xercesc::DOMNode* root = CopyPMML(pmml, false);
     if (root == nullptr) {
         ReleaseDocument();
-        return ZRStatus(kCannotParse, false);
+        return ZRStatus(ZRCommon::eCannotParse, false);
     }
     CopyChild(GetFirstChildElmt(*pmml, kHeader), root, true);
     dataDictionary = CopyChild(GetDataDict(pmml), root, true);
@@ -389,7 +379,7 @@ const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetMiningSchema(
 ZRStatus ZRXSplitPMMLCombiner::IsMiningModel(const xercesc::DOMElement* model) const
 {
     if (model != nullptr && TagNameEquals(*model, kMiningModel))
-        return ZRStatus(kNestedMiningModel, false);
+        return ZRStatus(ZRCommon::eIsMiningModel, false);
     return ZRStatus();
 }
 
@@ -401,7 +391,7 @@ ZRStatus ZRXSplitPMMLCombiner::GetFunctionNameAtt(const xercesc::DOMElement* mod
         return result;
     const XMLCh* value = model != nullptr ? GetAttribute(*model, kFunctionName) : nullptr;
     if (value == nullptr)
-        return ZRStatus(kAttributeAbsent, false);
+        return ZRStatus(ZRCommon::eAttributeAbsent, false);
     out = ToUTF8(value);
     return ZRStatus();
 }
@@ -414,7 +404,7 @@ ZRStatus ZRXSplitPMMLCombiner::IsConsistentFunctionName(const xercesc::DOMElemen
     const ZRStatus result = GetFunctionNameAtt(model, function);
     if (!result.IsOK())
         return result;
-    return function == functionName ? ZRStatus() : ZRStatus(kOtherFunction, false);
+    return function == functionName ? ZRStatus() : ZRStatus(ZRCommon::eOtherFunction, false);
 }
 
 // ------------------------------------------------------------------ copying

@@ -2,18 +2,13 @@
 #ifndef ZRPARSEXMLR_ZRDATAMODELPARSERIMP_H
 #define ZRPARSEXMLR_ZRDATAMODELPARSERIMP_H
 
+// The XML library's classes come declared with the library's internal helpers.
+#include "ZRXPrsUtilInternal.h"
+
 #include <zrcommonr/ZRStatus.h>
 #include <zrcommonr/ZRVarList.h>
 
-#include <xercesc/util/XercesDefs.hpp>
-
 #include <string>
-
-XERCES_CPP_NAMESPACE_BEGIN
-class DOMDocument;
-class DOMElement;
-class XercesDOMParser;
-XERCES_CPP_NAMESPACE_END
 
 namespace ZRXPrsUtil {
 

@@ -3,11 +3,12 @@
 #define ZRPARSEXMLR_ZRPMMLINTERNAL_H
 
 #include <zrcommonr/ZRStatus.h>
+#include <zrcommonr/ZRStatusCodes.h>
 
 namespace ZRXPrsUtil {
 
 // A failure status with the given code and the flag false.
-ZRCommon::ZRStatus PMMLFailure(long code);
+ZRCommon::ZRStatus PMMLFailure(ZRCommon::StatusCode code);
 
 } // namespace ZRXPrsUtil
 

@@ -23,7 +23,7 @@ ZRStatus ReadOptionalDouble(const DOMElement& element, const char* name, double&
     const int found = GetDoubleAttribute(element, name, value);
     if (found < 0)
         value = ZRMV::gMissingValue;
-    return found > 0 ? PMMLFailure(109) : ZRStatus();
+    return found > 0 ? PMMLFailure(ZRCommon::eNotAccepted) : ZRStatus();
 }
 
 // The frequencies of an Array of type "real" or "int": 108 without a type,
@@ -32,14 +32,14 @@ ZRStatus ReadOptionalDouble(const DOMElement& element, const char* name, double&
 ZRStatus ExtractFreqArray(std::vector<double>& frequencies, const DOMElement& array) {
     const XMLCh* type = GetAttribute(array, "type");
     if (!type)
-        return PMMLFailure(108);
+        return PMMLFailure(ZRCommon::eAttributeAbsent);
     if (!XStrEqualsUTF8Str(type, "real") && !XStrEqualsUTF8Str(type, "int"))
-        return PMMLFailure(109);
+        return PMMLFailure(ZRCommon::eNotAccepted);
     if (!AssembleDoublesList(array, frequencies))
-        return PMMLFailure(114);
+        return PMMLFailure(ZRCommon::eBadFrequencies);
     for (double frequency : frequencies)
         if (frequency < 0)
-            return PMMLFailure(114);
+            return PMMLFailure(ZRCommon::eBadFrequencies);
     return ZRStatus();
 }
 
@@ -48,9 +48,9 @@ ZRStatus ExtractFreqArray(std::vector<double>& frequencies, const DOMElement& ar
 ZRStatus ZRPMMLParser::FillUniStats(ZRUniStats& stats, const DOMElement*& position) const {
     ZRStatus result = status;
     if (result.IsOK() && !document)
-        result = PMMLFailure(107);
+        result = PMMLFailure(ZRCommon::eNoDocument);
     else if (result.IsOK() && !modelElement)
-        result = PMMLFailure(112);
+        result = PMMLFailure(ZRCommon::eNoModel);
     if (!result.IsOK())
         return result;
 
@@ -66,23 +66,23 @@ ZRStatus ZRPMMLParser::FillUniStats(ZRUniStats& stats, const DOMElement*& positi
     const DOMElement& uniStats = *position;
     const XMLCh* field = GetAttribute(uniStats, "field");
     if (!field)
-        return PMMLFailure(108);
+        return PMMLFailure(ZRCommon::eAttributeAbsent);
     const DOMElement* counts = GetFirstChildElmt(uniStats, "Counts");
     if (!counts)
-        return PMMLFailure(113);
+        return PMMLFailure(ZRCommon::eChildAbsent);
     double totalFreq = 0.0;
     const int found = GetDoubleAttribute(*counts, "totalFreq", totalFreq);
     if (found < 0)
-        return PMMLFailure(108);
+        return PMMLFailure(ZRCommon::eAttributeAbsent);
     if (found > 0 || totalFreq < 0)
-        return PMMLFailure(109);
+        return PMMLFailure(ZRCommon::eNotAccepted);
 
     const std::string fieldName = ToUTF8(field);
     result = GetFirstChildElmt(uniStats, "NumericInfo")
                  ? FillUniStatsCont(stats, fieldName, totalFreq, uniStats)
                  : FillUniStatsCat(stats, fieldName, totalFreq, uniStats);
     if (result.IsOK() && !stats.IsValid())
-        result = PMMLFailure(116);
+        result = PMMLFailure(ZRCommon::eInvalidStatistics);
     return result;
 }
 
@@ -91,7 +91,7 @@ ZRStatus ZRPMMLParser::FillUniStatsCat(ZRUniStats& stats, const std::string& fie
     const DOMElement* discrStats = GetFirstChildElmt(uniStats, "DiscrStats");
     const DOMElement* array = discrStats ? GetFirstChildElmt(*discrStats, "Array") : nullptr;
     if (!array)
-        return PMMLFailure(113);
+        return PMMLFailure(ZRCommon::eChildAbsent);
     std::vector<double> frequencies;
     const ZRStatus result = ExtractFreqArray(frequencies, *array);
     if (result.IsOK())
@@ -103,7 +103,7 @@ ZRStatus ZRPMMLParser::FillUniStatsCont(ZRUniStats& stats, const std::string& fi
                                         double totalFreq, const DOMElement& uniStats) const {
     const DOMElement* numericInfo = GetFirstChildElmt(uniStats, "NumericInfo");
     if (!numericInfo)
-        return PMMLFailure(113);
+        return PMMLFailure(ZRCommon::eChildAbsent);
     ZRUniStats::SummStats summary;
     ZRStatus result = ReadOptionalDouble(*numericInfo, "minimum", summary.minimum);
     if (result.IsOK())
@@ -115,7 +115,7 @@ ZRStatus ZRPMMLParser::FillUniStatsCont(ZRUniStats& stats, const std::string& fi
     if (!result.IsOK())
         return result;
     if (!ZRMV::IsMissing(summary.stdDev) && summary.stdDev < 0)
-        return PMMLFailure(116);
+        return PMMLFailure(ZRCommon::eInvalidStatistics);
 
     // Without ContStats the summary has nowhere to go: the caller's object
     // is left as it is and only the validity test judges it.
@@ -142,7 +142,7 @@ ZRStatus ZRPMMLParser::FillCutPointsFreqs(std::vector<double>& cutPoints,
     for (const DOMElement* interval = GetFirstChildElmt(contStats, "Interval");
          interval; interval = GetNextSiblingElmt(*interval, "Interval")) {
         if (unbounded)
-            return PMMLFailure(115);
+            return PMMLFailure(ZRCommon::eIntervalsDontFit);
         double left = 0.0;
         double right = 0.0;
         bool open = true;
@@ -153,7 +153,7 @@ ZRStatus ZRPMMLParser::FillCutPointsFreqs(std::vector<double>& cutPoints,
             leftOpen = open;
             cutPoints.push_back(left);
         } else if (open != leftOpen || ZRMV::IsMissing(left) || left < cutPoints.back()) {
-            return PMMLFailure(115);
+            return PMMLFailure(ZRCommon::eIntervalsDontFit);
         } else if (left > cutPoints.back()) {
             // A gap between two Intervals becomes a bin of its own.
             cutPoints.push_back(left);
@@ -166,10 +166,10 @@ ZRStatus ZRPMMLParser::FillCutPointsFreqs(std::vector<double>& cutPoints,
 
     const DOMElement* array = GetFirstChildElmt(contStats, "Array");
     if (!array)
-        return PMMLFailure(113);
+        return PMMLFailure(ZRCommon::eChildAbsent);
     result = ExtractFreqArray(frequencies, *array);
     if (result.IsOK() && frequencies.size() + 1 != cutPoints.size())
-        result = PMMLFailure(115);
+        result = PMMLFailure(ZRCommon::eIntervalsDontFit);
     return result;
 }
 
@@ -183,12 +183,12 @@ ZRStatus ZRPMMLParser::ExtractInterval(double& leftMargin, double& rightMargin, 
     const bool leftGiven = !ZRMV::IsMissing(leftMargin);
     const bool rightGiven = !ZRMV::IsMissing(rightMargin);
     if (!leftGiven && !rightGiven)
-        return PMMLFailure(108);
+        return PMMLFailure(ZRCommon::eAttributeAbsent);
     if (leftGiven && rightGiven && leftMargin >= rightMargin)
-        return PMMLFailure(109);
+        return PMMLFailure(ZRCommon::eNotAccepted);
     const XMLCh* closure = GetAttribute(interval, "closure");
     if (!closure)
-        return PMMLFailure(108);
+        return PMMLFailure(ZRCommon::eAttributeAbsent);
     leftOpen = XStrEqualsUTF8Str(closure, "openOpen") || XStrEqualsUTF8Str(closure, "openClosed");
     return result;
 }

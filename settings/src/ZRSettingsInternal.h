@@ -4,6 +4,7 @@
 #define ZRPARSEXMLR_ZRSETTINGSINTERNAL_H
 
 #include <zrcommonr/ZRStatus.h>
+#include <zrcommonr/ZRStatusCodes.h>
 
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -15,28 +16,16 @@ XERCES_CPP_NAMESPACE_END
 namespace ZRXPrsUtil {
 namespace Settings {
 
-// Status codes of the settings reader.
-enum Code : long {
-    kNoDocument = 107,
-    kAbsent = 108,
-    kNotAccepted = 109,
-    kNoBins = 110,
-    kListRefused = 111,
-    kNoParameters = 119,
-    kNoSuchParameter = 120,
-    kIsList = 121,
-    kNoListValue = 122,
-    kNoValue = 123
-};
-
-inline ZRCommon::ZRStatus Fail(long code)
+// A failure status with `code`.
+inline ZRCommon::ZRStatus Fail(ZRCommon::StatusCode code)
 {
     // Only the two soft outcomes carry the flag.
-    return ZRCommon::ZRStatus(code, code == kNoSuchParameter || code == kNoValue);
+    return ZRCommon::ZRStatus(code,
+                              code == ZRCommon::eNoSuchParameter || code == ZRCommon::eNoValue);
 }
 
-// The held status if it is not OK; else 107 without a document, 119 without
-// a Parameters element; else OK.
+// The held status if it is not OK; else eNoDocument without a document,
+// eNoParameters without a Parameters element; else OK.
 ZRCommon::ZRStatus Opening(const ZRCommon::ZRStatus& status,
                            const xercesc::DOMDocument* document,
                            const xercesc::DOMElement* parameters);

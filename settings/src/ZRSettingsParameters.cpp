@@ -53,10 +53,10 @@ template <class T>
 ZRStatus AppendItem(const XMLCh* text, std::vector<T>& out)
 {
     if (text == nullptr)
-        return Fail(kNoValue);
+        return Fail(ZRCommon::eNoValue);
     T item{};
     if (!ReadItem(text, item))
-        return Fail(kNotAccepted);
+        return Fail(ZRCommon::eNotAccepted);
     if (!IsLeftOut(item))
         out.push_back(item);
     return ZRStatus();
@@ -70,7 +70,7 @@ ZRStatus ReadArray(const ZRStatus& opening, const xercesc::DOMElement* scope, co
         return opening;
     const xercesc::DOMElement* parameter = FindNamedChild(scope, "Parameter", name);
     if (parameter == nullptr)
-        return Fail(kNoSuchParameter);
+        return Fail(ZRCommon::eNoSuchParameter);
     out.clear();
 
     const xercesc::DOMElement* list = GetFirstChildElmt(*parameter, "ListValue");
@@ -78,7 +78,7 @@ ZRStatus ReadArray(const ZRStatus& opening, const xercesc::DOMElement* scope, co
         return AppendItem(GetAttribute(*parameter, "value"), out);
     const xercesc::DOMElement* value = GetFirstChildElmt(*list, "Value");
     if (value == nullptr)
-        return Fail(kNoValue);
+        return Fail(ZRCommon::eNoValue);
     ZRStatus result;
     for (; value != nullptr && result.IsOK(); value = GetNextSiblingElmt(*value, "Value"))
         result = AppendItem(GetAttribute(*value, "value"), out);
@@ -93,7 +93,7 @@ ZRStatus ReadMatrix(const ZRStatus& opening, const xercesc::DOMElement* scope, c
         return opening;
     const xercesc::DOMElement* matrix = FindNamedChild(scope, "MatrixParmeter", name);
     if (matrix == nullptr)
-        return Fail(kNoSuchParameter);
+        return Fail(ZRCommon::eNoSuchParameter);
     out.clear();
     for (const xercesc::DOMElement* array = GetFirstChildElmt(*matrix, "ArrayParameter");
          array != nullptr; array = GetNextSiblingElmt(*array, "ArrayParameter")) {
@@ -120,10 +120,11 @@ ZRStatus FindValue(const ZRStatus& opening, const xercesc::DOMElement* scope, co
         return opening;
     const xercesc::DOMElement* parameter = FindNamedChild(scope, "Parameter", name);
     if (parameter == nullptr)
-        return Fail(kNoSuchParameter);
+        return Fail(ZRCommon::eNoSuchParameter);
     text = GetAttribute(*parameter, "value");
     if (text == nullptr)
-        return Fail(GetFirstChildElmt(*parameter, "ListValue") != nullptr ? kIsList : kNoValue);
+        return Fail(GetFirstChildElmt(*parameter, "ListValue") != nullptr ? ZRCommon::eIsList
+                                                                          : ZRCommon::eNoValue);
     return ZRStatus();
 }
 
@@ -141,14 +142,14 @@ ZRStatus ReadValue(const XMLCh* text, int& out)
     // caller can see what the document said.
     int number = 0;
     if (!ParseInteger(text, number))
-        return Fail(kNotAccepted);
+        return Fail(ZRCommon::eNotAccepted);
     out = number;
-    return number < 0 ? Fail(kNotAccepted) : ZRStatus();
+    return number < 0 ? Fail(ZRCommon::eNotAccepted) : ZRStatus();
 }
 
 ZRStatus ReadValue(const XMLCh* text, double& out)
 {
-    return ParseDouble(text, out) ? ZRStatus() : Fail(kNotAccepted);
+    return ParseDouble(text, out) ? ZRStatus() : Fail(ZRCommon::eNotAccepted);
 }
 
 ZRStatus ReadValue(const XMLCh* text, bool& out)
@@ -158,7 +159,7 @@ ZRStatus ReadValue(const XMLCh* text, bool& out)
     else if (XStrEqualsUTF8Str(text, "false"))
         out = false;
     else
-        return Fail(kNotAccepted);
+        return Fail(ZRCommon::eNotAccepted);
     return ZRStatus();
 }
 

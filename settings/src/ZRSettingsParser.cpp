@@ -22,9 +22,9 @@ ZRCommon::ZRStatus Opening(const ZRCommon::ZRStatus& status,
     if (!status.IsOK())
         return status;
     if (document == nullptr)
-        return Fail(kNoDocument);
+        return Fail(ZRCommon::eNoDocument);
     if (parameters == nullptr)
-        return Fail(kNoParameters);
+        return Fail(ZRCommon::eNoParameters);
     return status;
 }
 
@@ -73,7 +73,7 @@ ZRCommon::ZRStatus ZRSettingsParser::ParseToDOM(std::istream& stream)
             extension != nullptr ? GetFirstChildElmt(*extension, "Parameters") : nullptr;
     }
     if (status.IsOK() && parametersElement == nullptr)
-        status = Settings::Fail(Settings::kNoParameters);
+        status = Settings::Fail(ZRCommon::eNoParameters);
     if (!status.IsOK())
         parametersElement = nullptr;
     return status;

@@ -41,25 +41,25 @@ ZRCommon::ZRStatus ZRSettingsParser::GetVariables(const char* name,
         return opening;
     const xercesc::DOMElement* parameter = FindNamedChild(parametersElement, "Parameter", name);
     if (parameter == nullptr)
-        return Fail(kNoSuchParameter);
+        return Fail(ZRCommon::eNoSuchParameter);
     out.clear();
 
     if (IsListMarked(*parameter)) {
         const xercesc::DOMElement* list = GetFirstChildElmt(*parameter, "ListValue");
         if (list == nullptr)
-            return Fail(kNoListValue);
+            return Fail(ZRCommon::eNoListValue);
         for (const xercesc::DOMElement* value = GetFirstChildElmt(*list, "Value");
              value != nullptr; value = GetNextSiblingElmt(*value, "Value")) {
             const XMLCh* text = GetAttribute(*value, "value");
             if (text == nullptr)
-                return Fail(kAbsent);
+                return Fail(ZRCommon::eAttributeAbsent);
             AppendName(text, out);
         }
         return ZRStatus();
     }
     const XMLCh* text = GetAttribute(*parameter, "value");
     if (text == nullptr)
-        return Fail(kAbsent);
+        return Fail(ZRCommon::eAttributeAbsent);
     AppendName(text, out);
     return ZRStatus();
 }
@@ -71,12 +71,12 @@ ZRCommon::ZRStatus ZRSettingsParser::GetVariables(const char* name, std::string&
         return opening;
     const xercesc::DOMElement* parameter = FindNamedChild(parametersElement, "Parameter", name);
     if (parameter == nullptr)
-        return Fail(kNoSuchParameter);
+        return Fail(ZRCommon::eNoSuchParameter);
     if (const XMLCh* text = GetAttribute(*parameter, "value")) {
         out = ToUTF8(text);
         return ZRStatus();
     }
-    return Fail(IsListMarked(*parameter) ? kIsList : kAbsent);
+    return Fail(IsListMarked(*parameter) ? ZRCommon::eIsList : ZRCommon::eAttributeAbsent);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::GetTargetVars(std::vector<std::string>& out) const

@@ -29,6 +29,31 @@ TEST(Status, DefaultIsOkAndAnyCodeIsAFailure)
     EXPECT_TRUE(copy.IsOK());
 }
 
+// The named codes keep the numbers that callers already compare against.
+TEST(Status, NamedCodesHaveTheirPublishedNumbers)
+{
+    const struct {
+        long named;
+        long number;
+    } codes[] = {
+        {ZRCommon::eCannotStart, 103},      {ZRCommon::eCannotParse, 104},
+        {ZRCommon::eWrongRoot, 105},        {ZRCommon::eNoDataDictionary, 106},
+        {ZRCommon::eNoDocument, 107},       {ZRCommon::eAttributeAbsent, 108},
+        {ZRCommon::eNotAccepted, 109},      {ZRCommon::eNoBins, 110},
+        {ZRCommon::eVariableRefused, 111},  {ZRCommon::eNoModel, 112},
+        {ZRCommon::eChildAbsent, 113},      {ZRCommon::eBadFrequencies, 114},
+        {ZRCommon::eIntervalsDontFit, 115}, {ZRCommon::eInvalidStatistics, 116},
+        {ZRCommon::eCannotWrite, 118},      {ZRCommon::eNoParameters, 119},
+        {ZRCommon::eNoSuchParameter, 120},  {ZRCommon::eIsList, 121},
+        {ZRCommon::eNoListValue, 122},      {ZRCommon::eNoValue, 123},
+        {ZRCommon::eOtherFunction, 124},    {ZRCommon::eIsMiningModel, 125},
+        {ZRCommon::eSplitValuesDontMatch, 126}};
+    for (const auto& code : codes) {
+        EXPECT_EQ(code.number, code.named);
+        EXPECT_EQ(code.number, ZRStatus(code.named, false).GetCode());
+    }
+}
+
 TEST(Status, ACodeOfZeroGivenIsAFailureToo)
 {
     for (const bool flag : {false, true}) {

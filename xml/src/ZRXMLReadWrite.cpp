@@ -20,10 +20,6 @@ namespace ZRXPrsUtil {
 
 namespace {
 
-const long kCannotStart = 103;
-const long kCannotParse = 104;
-const long kCannotWrite = 118;
-
 // A file target that remembers whether any write, flush or the closing of the
 // file failed. The XML library's own file target swallows a failure of its
 // last flush and of the close, so a full disk would go unnoticed. The
@@ -91,7 +87,7 @@ private:
 ZRXMLReadWrite::ZRXMLReadWrite() : status(), parser(nullptr), xercesMessage(), document(nullptr)
 {
     if (!ZRXPlatform::Acquire())
-        status = ZRStatus(kCannotStart, false);
+        status = ZRStatus(ZRCommon::eCannotStart, false);
 }
 
 ZRXMLReadWrite::~ZRXMLReadWrite()
@@ -139,7 +135,7 @@ ZRStatus ZRXMLReadWrite::ParseToDOM(const char* path, std::istream* stream)
         parser = nullptr;
     }
     if (parser == nullptr)
-        return ZRStatus(kCannotStart, false);
+        return ZRStatus(ZRCommon::eCannotStart, false);
 
     if (stream != nullptr) {
         ZRXInputSource source(*stream);
@@ -150,7 +146,7 @@ ZRStatus ZRXMLReadWrite::ParseToDOM(const char* path, std::istream* stream)
     if (result.IsOK()) {
         document = parser->getDocument();
         if (document == nullptr)
-            result = ZRStatus(kCannotParse, false);
+            result = ZRStatus(ZRCommon::eCannotParse, false);
     }
     if (!result.IsOK())
         DropParser();
@@ -196,7 +192,7 @@ ZRStatus ZRXMLReadWrite::WriteFromDOM(const std::string& path,
         output->release();
     if (serializer != nullptr)
         serializer->release();
-    return written ? result : ZRStatus(kCannotWrite, false);
+    return written ? result : ZRStatus(ZRCommon::eCannotWrite, false);
 }
 
 std::string ZRXMLReadWrite::GetXercesMessage() const

@@ -94,7 +94,7 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
                                    const xercesc::InputSource* source, const char* path,
                                    std::string& message)
 {
-    const ZRCommon::ZRStatus failed(104, false);
+    const ZRCommon::ZRStatus failed(ZRCommon::eCannotParse, false);
     message.clear();
     if (!source && !path)
         return failed;

@@ -2,6 +2,7 @@
 #include "zrx.h"
 
 #include <zrcommonr/ZRFormat.h>
+#include <zrcommonr/ZRStatusCodes.h>
 
 #include <filesystem>
 #include <fstream>
@@ -16,29 +17,32 @@ const char* StatusMeaning(long code)
 {
     switch (code) {
     case 0: return "OK";
-    case 103: return "the XML library can't be started, or a parser can't be made";
-    case 104: return "the document can't be parsed";
-    case 105: return "no document element, or the wrong one";
-    case 106: return "a PMML document without DataDictionary";
-    case 107: return "no document parsed yet";
-    case 108: return "a required attribute or value is absent";
-    case 109: return "an attribute or value is not accepted";
-    case 110: return "bins asked for, none for a continuous field";
-    case 111: return "the variable list refused a variable";
-    case 112: return "no model chosen for the statistics";
-    case 113: return "a required child element is absent";
-    case 114: return "bad frequencies";
-    case 115: return "intervals that don't fit";
-    case 116: return "invalid statistics";
-    case 118: return "a document can't be written";
-    case 119: return "a settings document without MiningBuildTask/Extension/Parameters";
-    case 120: return "no parameter of that name in the scope";
-    case 121: return "one value asked of a list";
-    case 122: return "a list without ListValue";
-    case 123: return "the parameter holds no value";
-    case 124: return "split model with another functionName";
-    case 125: return "split model that is a MiningModel";
-    case 126: return "split values that don't match the split variables";
+    case ZRCommon::eCannotStart:
+        return "the XML library can't be started, or a parser can't be made";
+    case ZRCommon::eCannotParse: return "the document can't be parsed";
+    case ZRCommon::eWrongRoot: return "no document element, or the wrong one";
+    case ZRCommon::eNoDataDictionary: return "a PMML document without DataDictionary";
+    case ZRCommon::eNoDocument: return "no document parsed yet";
+    case ZRCommon::eAttributeAbsent: return "a required attribute or value is absent";
+    case ZRCommon::eNotAccepted: return "an attribute or value is not accepted";
+    case ZRCommon::eNoBins: return "bins asked for, none for a continuous field";
+    case ZRCommon::eVariableRefused: return "the variable list refused a variable";
+    case ZRCommon::eNoModel: return "no model chosen for the statistics";
+    case ZRCommon::eChildAbsent: return "a required child element is absent";
+    case ZRCommon::eBadFrequencies: return "bad frequencies";
+    case ZRCommon::eIntervalsDontFit: return "intervals that don't fit";
+    case ZRCommon::eInvalidStatistics: return "invalid statistics";
+    case ZRCommon::eCannotWrite: return "a document can't be written";
+    case ZRCommon::eNoParameters:
+        return "a settings document without MiningBuildTask/Extension/Parameters";
+    case ZRCommon::eNoSuchParameter: return "no parameter of that name in the scope";
+    case ZRCommon::eIsList: return "one value asked of a list";
+    case ZRCommon::eNoListValue: return "a list without ListValue";
+    case ZRCommon::eNoValue: return "the parameter holds no value";
+    case ZRCommon::eOtherFunction: return "split model with another functionName";
+    case ZRCommon::eIsMiningModel: return "split model that is a MiningModel";
+    case ZRCommon::eSplitValuesDontMatch:
+        return "split values that don't match the split variables";
     default: return "unknown status";
     }
 }

@@ -268,13 +268,13 @@ Json RolesJson(const ZRSettingsParser& reader, Problems& problems)
     for (const auto& [key, query] : lists) {
         std::vector<std::string> names;
         const ZRCommon::ZRStatus status = (reader.*query)(names);
-        if (!status.IsOK() && status.GetCode() != 120)
+        if (!status.IsOK() && status.GetCode() != ZRCommon::eNoSuchParameter)
             problems.Add(std::string("role ") + key, status);
         roles[key] = names;
     }
     std::string weight;
     const ZRCommon::ZRStatus status = reader.GetFrequencyWeight(weight);
-    if (!status.IsOK() && status.GetCode() != 120)
+    if (!status.IsOK() && status.GetCode() != ZRCommon::eNoSuchParameter)
         problems.Add("role frequencyWeight", status);
     roles["frequencyWeight"] = status.IsOK() ? Json(weight) : Json(nullptr);
     return roles;
@@ -349,7 +349,7 @@ Json ListJson(ZRSettingsParser& reader, const char* name, void* context,
         status = reader.GetArray(name, items, context);
         values = items;
     }
-    if (!status.IsOK() && status.GetCode() != 123)
+    if (!status.IsOK() && status.GetCode() != ZRCommon::eNoValue)
         problems.Add(where, status);
     return values;
 }
@@ -409,7 +409,7 @@ Json ParametersJson(ZRSettingsParser& reader, const DOMElement& scope, void* con
             entry["type"] = TypeJson(type);
             std::string text;
             const ZRCommon::ZRStatus status = reader.GetParameter(name.c_str(), text, context);
-            if (status.GetCode() == 121) {
+            if (status.GetCode() == ZRCommon::eIsList) {
                 entry["kind"] = "list";
                 entry["values"] = ListJson(reader, name.c_str(), context, type, where, problems);
             } else {
@@ -417,7 +417,7 @@ Json ParametersJson(ZRSettingsParser& reader, const DOMElement& scope, void* con
                 if (status.IsOK())
                     entry["value"] =
                         ScalarJson(reader, name.c_str(), context, type, text, where, problems);
-                else if (status.GetCode() != 123)
+                else if (status.GetCode() != ZRCommon::eNoValue)
                     problems.Add(where, status);
             }
         }

@@ -3,6 +3,7 @@
 #define ZRCOMMONR_ZRSTATUS_H
 
 #include <zrcommonr/ZRCommonExport.h>
+#include <zrcommonr/ZRStatusCodes.h>
 
 namespace ZRCommon {
 
@@ -10,7 +11,8 @@ namespace ZRCommon {
 // any status built with a code is a failure, whatever the code: also
 // ZRStatus(0, flag), whose GetCode() is 0 and which equals no OK status. The flag is
 // carried to the caller untouched; the parsers set it only on the "soft"
-// outcomes 120 (no such parameter) and 123 (parameter without a value).
+// outcomes eNoSuchParameter (120) and eNoValue (123). The codes are named in
+// ZRStatusCodes.h.
 class ZRCOMMON_API ZRStatus {
 public:
     ZRStatus();

@@ -7,6 +7,7 @@
 #include <zrcommonr/ZRMV.h>
 #include <zrcommonr/ZRNamespaces.h>
 #include <zrcommonr/ZRStatus.h>
+#include <zrcommonr/ZRStatusCodes.h>
 #include <zrcommonr/ZRUniStats.h>
 #include <zrcommonr/ZRVarList.h>
 
