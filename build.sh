@@ -10,6 +10,7 @@
 #   ./build.sh fuzz [SEC]  build the fuzz targets with clang and run each for SEC seconds (60),
 #                          JOBS targets at a time  (build/fuzz)
 #   ./build.sh bench       build and run the benchmarks; further arguments go to each  (build/bench)
+#   ./build.sh format      format the C++ sources (.clang-format); --check only checks
 #   ./build.sh setup       only install what is missing
 #
 # ZRX_EXTRA_CORPUS_DIR=/path/to/corpus adds that folder's PMML documents (under
@@ -29,7 +30,7 @@ as_root() {
 setup() {
   local wanted=(cmake ninja-build g++ pkg-config libxerces-c-dev libicu-dev libgtest-dev
                 libbenchmark-dev clang libclang-rt-14-dev libxml2-utils locales
-                libcli11-dev nlohmann-json3-dev)
+                libcli11-dev nlohmann-json3-dev clang-format git)
   local missing
   mapfile -t missing < <(dpkg-query -W -f='${Status} ${Package}\n' "${wanted[@]}" 2>/dev/null |
                           awk '$3 == "installed" { print $4 }' |
@@ -128,6 +129,17 @@ case "$cmd" in
       [ "$(cat "$out/logs/$name.rc")" = 0 ] || { echo "$name failed (log: $out/logs/$name.log)"; failed=1; }
     done
     exit $failed ;;
+  format)
+    # Formats every C++ source of the repository with .clang-format; with
+    # --check, changes nothing and fails if a file is not formatted.
+    setup
+    mapfile -t sources < <(git -C "$ROOT" ls-files '*.cpp' '*.h')
+    if [ "${2:-}" = --check ]; then
+      (cd "$ROOT" && clang-format --dry-run -Werror "${sources[@]}")
+      echo "format: ${#sources[@]} files formatted"
+    else
+      (cd "$ROOT" && clang-format -i "${sources[@]}")
+    fi ;;
   bench)
     setup
     configure bench
@@ -136,5 +148,5 @@ case "$cmd" in
       [ -x "$b" ] && "$b" "${@:2}"
     done ;;
   *)
-    echo "usage: $0 {example|test|sanitize|tsan|fuzz [seconds]|bench|setup}" >&2; exit 2 ;;
+    echo "usage: $0 {example|test|sanitize|tsan|fuzz [seconds]|bench|format [--check]|setup}" >&2; exit 2 ;;
 esac

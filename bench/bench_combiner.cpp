@@ -44,20 +44,20 @@ std::string ModelText(int model)
     };
     for (int f = 0; f < kShared + kOwn; ++f) {
         if (f % 5 == 0) {
-            text += "<DataField name=\"" + name(f) +
-                    "\" optype=\"categorical\" dataType=\"string\">";
+            text +=
+                "<DataField name=\"" + name(f) + "\" optype=\"categorical\" dataType=\"string\">";
             for (int v = 0; v < 4; ++v)
                 text += "<Value value=\"c" + std::to_string((v + model) % 6) + "\"/>";
             text += "</DataField>\n";
         } else {
-            text += "<DataField name=\"" + name(f) +
-                    "\" optype=\"continuous\" dataType=\"double\"/>\n";
+            text +=
+                "<DataField name=\"" + name(f) + "\" optype=\"continuous\" dataType=\"double\"/>\n";
         }
     }
     text += "</DataDictionary>\n<TreeModel functionName=\"classification\">\n<MiningSchema>\n";
     for (int f = 0; f < kShared + kOwn; ++f)
-        text += "<MiningField name=\"" + name(f) + "\"" +
-                (f == 0 ? " usageType=\"target\"" : "") + "/>\n";
+        text += "<MiningField name=\"" + name(f) + "\"" + (f == 0 ? " usageType=\"target\"" : "") +
+                "/>\n";
     text += "</MiningSchema>\n";
     // A full binary tree of kNodes nodes in document order: node i has the
     // children 2i+1 and 2i+2.
@@ -225,10 +225,18 @@ void ValuesLaterModel(benchmark::State& state)
 
 } // namespace
 
-BENCHMARK(ValuesFirstModel)->ArgNames({"values"})->Arg(20000)
-    ->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
-BENCHMARK(ValuesLaterModel)->ArgNames({"values"})->Arg(20000)
-    ->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly(true);
+BENCHMARK(ValuesFirstModel)
+    ->ArgNames({"values"})
+    ->Arg(20000)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
+BENCHMARK(ValuesLaterModel)
+    ->ArgNames({"values"})
+    ->Arg(20000)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(9)
+    ->ReportAggregatesOnly(true);
 BENCHMARK(Combine)
     ->ArgNames({"models", "splitvars"})
     ->Args({100, 1})

@@ -29,7 +29,10 @@ const char* const kScriptNames[] = {"ascii", "western", "cjk"};
 const char* const kCodePages[] = {"windows-1252", "windows-1252", "GBK"};
 const char* const kSamples[] = {
     "The quick brown fox jumps over the lazy dog; 0123456789. ",
-    "D\xC3\xA9j\xC3\xA0 vu: na\xC3\xAFve fa\xC3\xA7" "ade, \xC3\xBC" "ber Stra\xC3\x9F" "e, se\xC3\xB1or. ",
+    "D\xC3\xA9j\xC3\xA0 vu: na\xC3\xAFve fa\xC3\xA7"
+    "ade, \xC3\xBC"
+    "ber Stra\xC3\x9F"
+    "e, se\xC3\xB1or. ",
     "\xE4\xB8\xAD\xE6\x96\x87\xE6\xB5\x8B\xE8\xAF\x95\xE6\x96\x87\xE6\x9C\xAC\xEF\xBC\x8C"
     "\xE6\x95\xB0\xE6\x8D\xAE\xE6\xA8\xA1\xE5\x9E\x8B\xE3\x80\x82",
 };
@@ -62,8 +65,10 @@ const Text& TextFor(size_t sizeIndex, size_t scriptIndex)
 
 void Label(benchmark::State& state, const Text& t)
 {
-    state.SetLabel(std::string(kScriptNames[state.range(1)]) + "/" + std::to_string(t.u8.size()) + "B");
-    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) * static_cast<int64_t>(t.u8.size()));
+    state.SetLabel(std::string(kScriptNames[state.range(1)]) + "/" + std::to_string(t.u8.size()) +
+                   "B");
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations()) *
+                            static_cast<int64_t>(t.u8.size()));
 }
 
 void Args(benchmark::internal::Benchmark* b)
@@ -76,7 +81,8 @@ void Args(benchmark::internal::Benchmark* b)
 // UTF-8 to UTF-16 into a fixed buffer.
 void BM_VORKMB8to16(benchmark::State& state)
 {
-    const Text& t = TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const Text& t =
+        TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
     std::vector<unsigned short> out(t.u8.size() + 1);
     for (auto _ : state) {
         int code = 0;
@@ -88,7 +94,8 @@ void BM_VORKMB8to16(benchmark::State& state)
 
 void BM_ICU_u_strFromUTF8(benchmark::State& state)
 {
-    const Text& t = TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const Text& t =
+        TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
     std::vector<UChar> out(t.u8.size() + 1);
     for (auto _ : state) {
         UErrorCode err = U_ZERO_ERROR;
@@ -103,7 +110,8 @@ void BM_ICU_u_strFromUTF8(benchmark::State& state)
 // UTF-8 to UTF-16 into a string.
 void BM_VORKMBU8ToU16(benchmark::State& state)
 {
-    const Text& t = TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const Text& t =
+        TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
     U16String out;
     for (auto _ : state) {
         benchmark::DoNotOptimize(VORKMBU8ToU16(out, t.u8));
@@ -115,7 +123,8 @@ void BM_VORKMBU8ToU16(benchmark::State& state)
 // UTF-16 to the code page into a string, with the caller's converter.
 void BM_VORKMBU16ToCodePage(benchmark::State& state)
 {
-    const Text& t = TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const Text& t =
+        TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
     std::string out;
     for (auto _ : state) {
         benchmark::DoNotOptimize(VORKMBU16ToCodePage(t.cnv, out, t.u16));
@@ -139,11 +148,13 @@ void BM_VORKMBU16ToCodePage_clone(benchmark::State& state)
 
 void BM_ICU_ucnv_fromUChars(benchmark::State& state)
 {
-    const Text& t = TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const Text& t =
+        TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
     std::vector<char> out(4 * t.u16.size() + 1);
     for (auto _ : state) {
         UErrorCode err = U_ZERO_ERROR;
-        benchmark::DoNotOptimize(ucnv_fromUChars(t.cnv, out.data(), static_cast<int32_t>(out.size()),
+        benchmark::DoNotOptimize(ucnv_fromUChars(t.cnv, out.data(),
+                                                 static_cast<int32_t>(out.size()),
                                                  reinterpret_cast<const UChar*>(t.u16.data()),
                                                  static_cast<int32_t>(t.u16.size()), &err));
     }
@@ -153,7 +164,8 @@ void BM_ICU_ucnv_fromUChars(benchmark::State& state)
 // Code page to UTF-8 into a string, with the caller's converter.
 void BM_VORKMBCodePageToU8(benchmark::State& state)
 {
-    const Text& t = TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const Text& t =
+        TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
     std::string out;
     for (auto _ : state) {
         benchmark::DoNotOptimize(VORKMBCodePageToU8(t.cnv, out, t.cp));
@@ -164,7 +176,8 @@ void BM_VORKMBCodePageToU8(benchmark::State& state)
 
 void BM_ICU_ucnv_toAlgorithmic(benchmark::State& state)
 {
-    const Text& t = TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
+    const Text& t =
+        TextFor(static_cast<size_t>(state.range(0)), static_cast<size_t>(state.range(1)));
     std::vector<char> out(3 * t.cp.size() + 1);
     for (auto _ : state) {
         UErrorCode err = U_ZERO_ERROR;

@@ -53,17 +53,18 @@ const char* const kWayNames[] = {"SAX scan", "with bodies", "bodies skipped"};
 
 // What a child reports through its pipe.
 struct Outcome {
-    double seconds = 0.0;      // processor time
+    double seconds = 0.0; // processor time
     double wallSeconds = 0.0;
-    long elements = 0;    // elements the SAX handler saw
-    long variables = 0;   // variables FillVarList added
-    long statistics = 0;  // UnivariateStats read OK
+    long elements = 0;   // elements the SAX handler saw
+    long variables = 0;  // variables FillVarList added
+    long statistics = 0; // UnivariateStats read OK
     bool ok = false;
 };
 
 // The document of about `megabytes` MB, made by the generator when it is not
 // there yet; empty when it can't be made.
-std::string Ensemble(int megabytes) {
+std::string Ensemble(int megabytes)
+{
     const std::string path =
         std::string(ZRX_BENCH_DATA_DIR) + "/ensemble_" + std::to_string(megabytes) + "mb.pmml";
     if (std::filesystem::exists(path))
@@ -79,18 +80,21 @@ std::string Ensemble(int megabytes) {
 class CountingHandler : public xercesc::DefaultHandler {
 public:
     void startElement(const XMLCh* const, const XMLCh* const, const XMLCh* const,
-                      const xercesc::Attributes&) override {
+                      const xercesc::Attributes&) override
+    {
         ++elements;
     }
     long elements = 0;
 };
 
-void SaxScan(const std::string& path, Outcome& outcome) {
+void SaxScan(const std::string& path, Outcome& outcome)
+{
     const bool held = ZRXPrsUtil::ZRXPlatform::Acquire();
     {
         xercesc::SecurityManager security;
         security.setEntityExpansionLimit(xercesc::SecurityManager::ENTITY_EXPANSION_LIMIT);
-        std::unique_ptr<xercesc::SAX2XMLReader> reader(xercesc::XMLReaderFactory::createXMLReader());
+        std::unique_ptr<xercesc::SAX2XMLReader> reader(
+            xercesc::XMLReaderFactory::createXMLReader());
         reader->setFeature(xercesc::XMLUni::fgSAX2CoreNameSpaces, false);
         reader->setFeature(xercesc::XMLUni::fgSAX2CoreValidation, false);
         reader->setFeature(xercesc::XMLUni::fgXercesLoadExternalDTD, false);
@@ -109,7 +113,8 @@ void SaxScan(const std::string& path, Outcome& outcome) {
         ZRXPrsUtil::ZRXPlatform::Release();
 }
 
-void Read(const std::string& path, bool readBodies, Outcome& outcome) {
+void Read(const std::string& path, bool readBodies, Outcome& outcome)
+{
     ZRXPrsUtil::ZRPMMLParser reader;
     reader.SetReadModelBodies(readBodies);
     std::ifstream in(path, std::ios::binary);
@@ -119,7 +124,8 @@ void Read(const std::string& path, bool readBodies, Outcome& outcome) {
     if (!reader.FillVarList(variables, {}, false).IsOK())
         return;
     outcome.variables = static_cast<long>(variables.Size());
-    for (const xercesc::DOMElement* model = ZRXPrsUtil::GetFirstChildElmt(*reader.GetRootElement(), nullptr);
+    for (const xercesc::DOMElement* model =
+             ZRXPrsUtil::GetFirstChildElmt(*reader.GetRootElement(), nullptr);
          model; model = ZRXPrsUtil::GetNextSiblingElmt(*model, nullptr)) {
         if (!ZRXPrsUtil::IsPMMLModelTag(model->getTagName()))
             continue;
@@ -134,7 +140,8 @@ void Read(const std::string& path, bool readBodies, Outcome& outcome) {
     outcome.ok = true;
 }
 
-double ProcessorSeconds() {
+double ProcessorSeconds()
+{
     rusage usage{};
     getrusage(RUSAGE_SELF, &usage);
     auto seconds = [](const timeval& t) { return static_cast<double>(t.tv_sec) + t.tv_usec / 1e6; };
@@ -143,7 +150,8 @@ double ProcessorSeconds() {
 
 // Runs one way on the document in a child process: its own time and its
 // peak resident size in MB.
-bool RunInChild(Way way, const std::string& path, Outcome& outcome, double& peakMB) {
+bool RunInChild(Way way, const std::string& path, Outcome& outcome, double& peakMB)
+{
     int channel[2];
     if (pipe(channel) != 0)
         return false;
@@ -173,7 +181,7 @@ bool RunInChild(Way way, const std::string& path, Outcome& outcome, double& peak
     rusage usage{};
     if (wait4(child, &status, 0, &usage) != child)
         return false;
-    peakMB = static_cast<double>(usage.ru_maxrss) / 1024.0;  // kB on Linux
+    peakMB = static_cast<double>(usage.ru_maxrss) / 1024.0; // kB on Linux
     return read && WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
@@ -182,9 +190,10 @@ struct Sample {
     double wallSeconds;
     double peakMB;
 };
-std::map<std::pair<int, int>, std::vector<Sample>> gSamples;  // (size, way)
+std::map<std::pair<int, int>, std::vector<Sample>> gSamples; // (size, way)
 
-void ReadEnsemble(benchmark::State& state) {
+void ReadEnsemble(benchmark::State& state)
+{
     const int megabytes = static_cast<int>(state.range(0));
     const Way way = static_cast<Way>(state.range(1));
     const std::string path = Ensemble(megabytes);
@@ -212,20 +221,23 @@ void ReadEnsemble(benchmark::State& state) {
                             static_cast<int64_t>(std::filesystem::file_size(path)));
 }
 
-double Median(std::vector<double> values) {
+double Median(std::vector<double> values)
+{
     std::sort(values.begin(), values.end());
     const std::size_t n = values.size();
     return n % 2 ? values[n / 2] : (values[n / 2 - 1] + values[n / 2]) / 2;
 }
 
-std::vector<double> Field(const std::vector<Sample>& samples, double Sample::*field) {
+std::vector<double> Field(const std::vector<Sample>& samples, double Sample::*field)
+{
     std::vector<double> values;
     for (const Sample& s : samples)
         values.push_back(s.*field);
     return values;
 }
 
-void PrintTable() {
+void PrintTable()
+{
     if (gSamples.empty())
         return;
     std::printf("\n%-6s %-15s %10s %10s %10s %12s %12s\n", "MB", "way", "cpu s", "wall s",
@@ -234,8 +246,10 @@ void PrintTable() {
         const double time = Median(Field(samples, &Sample::seconds));
         const double peak = Median(Field(samples, &Sample::peakMB));
         const auto sax = gSamples.find({key.first, kSaxScan});
-        const double saxTime = sax == gSamples.end() ? 0.0 : Median(Field(sax->second, &Sample::seconds));
-        const double saxPeak = sax == gSamples.end() ? 0.0 : Median(Field(sax->second, &Sample::peakMB));
+        const double saxTime =
+            sax == gSamples.end() ? 0.0 : Median(Field(sax->second, &Sample::seconds));
+        const double saxPeak =
+            sax == gSamples.end() ? 0.0 : Median(Field(sax->second, &Sample::peakMB));
         std::printf("%-6d %-15s %10.3f %10.3f %10.1f %12.2f %12.1f\n", key.first,
                     kWayNames[key.second], time, Median(Field(samples, &Sample::wallSeconds)), peak,
                     saxTime > 0 ? time / saxTime : 0.0, saxPeak > 0 ? peak / saxPeak : 0.0);
@@ -257,7 +271,8 @@ BENCHMARK(ReadEnsemble)
     ->Repetitions(3)
     ->Unit(benchmark::kMillisecond);
 
-int main(int argc, char** argv) {
+int main(int argc, char** argv)
+{
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 1;

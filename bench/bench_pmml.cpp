@@ -38,7 +38,8 @@ namespace {
 // categorical integers (each with 5 to 50 Values, some labelled, some
 // missing) and 40% continuous doubles with an Interval, a missing Value and
 // the two invalid-range Extensions.
-std::string MakeDocument(int fields) {
+std::string MakeDocument(int fields)
+{
     std::mt19937 random(12345);
     std::ostringstream out;
     out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
@@ -87,7 +88,8 @@ public:
     const xercesc::DOMElement& Dictionary() const { return *dataDictionary; }
 };
 
-const std::string& Document(int fields) {
+const std::string& Document(int fields)
+{
     static std::map<int, std::string> documents;
     auto found = documents.find(fields);
     if (found == documents.end())
@@ -95,12 +97,14 @@ const std::string& Document(int fields) {
     return found->second;
 }
 
-void XercesParseAlone(benchmark::State& state) {
+void XercesParseAlone(benchmark::State& state)
+{
     ZRXPrsUtil::ZRPMMLParser keepsLibraryStarted;
     TimeBareParse(state, Document(static_cast<int>(state.range(0))));
 }
 
-void ParseToDOM(benchmark::State& state) {
+void ParseToDOM(benchmark::State& state)
+{
     const std::string& text = Document(static_cast<int>(state.range(0)));
     ZRXPrsUtil::ZRPMMLParser parser;
     for (auto _ : state) {
@@ -113,7 +117,8 @@ void ParseToDOM(benchmark::State& state) {
 
 // FillVarList of the document of `fields` fields, with the list of wanted
 // names `wanted`.
-void TimeFill(benchmark::State& state, int fields, const std::vector<std::string>& wanted) {
+void TimeFill(benchmark::State& state, int fields, const std::vector<std::string>& wanted)
+{
     std::istringstream stream(Document(fields));
     ZRXPrsUtil::ZRPMMLParser parser;
     if (!parser.ParseToDOM(stream).IsOK())
@@ -145,14 +150,16 @@ void TimeFill(benchmark::State& state, int fields, const std::vector<std::string
     state.SetItemsProcessed(state.iterations() * fields);
 }
 
-void FillVarList(benchmark::State& state) {
+void FillVarList(benchmark::State& state)
+{
     TimeFill(state, static_cast<int>(state.range(0)), {});
 }
 
 // Every field named in the list of wanted fields, last name first: the
 // lookup of each field's name in the list is the only work beyond
 // FillVarList/N. Goal: FillVarListWanted/20000 at most 1.5 x FillVarList/20000.
-void FillVarListWanted(benchmark::State& state) {
+void FillVarListWanted(benchmark::State& state)
+{
     const int fields = static_cast<int>(state.range(0));
     std::vector<std::string> wanted;
     for (int i = fields - 1; i >= 0; --i)
@@ -164,7 +171,8 @@ void FillVarListWanted(benchmark::State& state) {
 // DataField elements, their four attributes, every child, and each Value's
 // attributes, with each text read to its end. What FillVarList takes beyond
 // this is its own: converting texts, gathering a field, adding it to the list.
-std::size_t WalkDictionary(const xercesc::DOMElement& dictionary) {
+std::size_t WalkDictionary(const xercesc::DOMElement& dictionary)
+{
     auto touch = [](const XMLCh* text) {
         std::size_t length = 0;
         if (text)
@@ -185,14 +193,16 @@ std::size_t WalkDictionary(const xercesc::DOMElement& dictionary) {
             const xercesc::DOMNamedNodeMap* attributes = element->getAttributes();
             for (XMLSize_t i = 0, count = attributes->getLength(); i < count; ++i) {
                 const auto& attribute = static_cast<const xercesc::DOMAttr&>(*attributes->item(i));
-                characters += touch(attribute.getName()) + touch(ZRXPrsUtil::AttributeValue(attribute));
+                characters +=
+                    touch(attribute.getName()) + touch(ZRXPrsUtil::AttributeValue(attribute));
             }
         }
     }
     return characters;
 }
 
-void DOMWalk(benchmark::State& state) {
+void DOMWalk(benchmark::State& state)
+{
     const int fields = static_cast<int>(state.range(0));
     std::istringstream stream(Document(fields));
     Parser parser;
@@ -209,15 +219,26 @@ void DOMWalk(benchmark::State& state) {
 
 // The largest size runs a single iteration per repetition, so each figure is
 // the median of five repetitions.
-#define ZRX_PMML_SIZES(bench)                                                               \
-    BENCHMARK(bench)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond)     \
-        ->Repetitions(5)->ReportAggregatesOnly(true)
+#define ZRX_PMML_SIZES(bench)                                                                      \
+    BENCHMARK(bench)                                                                               \
+        ->Arg(1000)                                                                                \
+        ->Arg(10000)                                                                               \
+        ->Arg(100000)                                                                              \
+        ->Unit(benchmark::kMillisecond)                                                            \
+        ->Repetitions(5)                                                                           \
+        ->ReportAggregatesOnly(true)
 ZRX_PMML_SIZES(XercesParseAlone);
 ZRX_PMML_SIZES(ParseToDOM);
 ZRX_PMML_SIZES(FillVarList);
-BENCHMARK(FillVarList)->Arg(20000)->Unit(benchmark::kMillisecond)->Repetitions(9)
+BENCHMARK(FillVarList)
+    ->Arg(20000)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(9)
     ->ReportAggregatesOnly(true);
-BENCHMARK(FillVarListWanted)->Arg(20000)->Unit(benchmark::kMillisecond)->Repetitions(9)
+BENCHMARK(FillVarListWanted)
+    ->Arg(20000)
+    ->Unit(benchmark::kMillisecond)
+    ->Repetitions(9)
     ->ReportAggregatesOnly(true);
 ZRX_PMML_SIZES(DOMWalk);
 

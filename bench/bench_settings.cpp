@@ -22,7 +22,9 @@ const int kCount = 10000;
 std::string Task(const std::string& parameters)
 {
     return "  <MiningBuildTask>\n    <Extension extender=\"bench\" name=\"settings\">\n"
-           "      <Parameters>\n" + parameters + "      </Parameters>\n"
+           "      <Parameters>\n" +
+           parameters +
+           "      </Parameters>\n"
            "    </Extension>\n  </MiningBuildTask>\n";
 }
 
@@ -58,7 +60,8 @@ std::string MakeFieldsDocument()
 {
     std::ostringstream out;
     out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<PMML version=\"4.4\">\n"
-           "  <DataDictionary numberOfFields=\"" << kCount << "\">\n";
+           "  <DataDictionary numberOfFields=\""
+        << kCount << "\">\n";
     for (int i = 0; i < kCount; ++i) {
         const int kind = i % 5;
         out << "    <DataField name=\"field_" << i << "\" displayName=\"Field " << i << "\"";

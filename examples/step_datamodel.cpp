@@ -39,7 +39,8 @@ const char* KindName(const IZRVariable& v)
 
 const char* StorageName(int code)
 {
-    static const char* const names[] = {"?", "integer", "real", "string", "date", "time", "timestamp"};
+    static const char* const names[] = {"?",    "integer", "real",     "string",
+                                        "date", "time",    "timestamp"};
     return code >= 1 && code <= 6 ? names[code] : names[0];
 }
 

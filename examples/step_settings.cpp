@@ -106,7 +106,7 @@ void PrintRoles(const ZRSettingsParser& parser, std::ostream& out)
 struct ParameterName {
     const char* name;
     enum Kind { Scalar, List, Matrix, Group } kind;
-    const ParameterName* members;  // of a group, closed by a null name
+    const ParameterName* members; // of a group, closed by a null name
 };
 
 const ParameterName kHoldout[] = {
@@ -116,10 +116,8 @@ const ParameterName kHoldout[] = {
     {nullptr, ParameterName::Scalar, nullptr},
 };
 const ParameterName kValidation[] = {
-    {"method", ParameterName::Scalar, nullptr},
-    {"folds", ParameterName::Scalar, nullptr},
-    {"stratify", ParameterName::Scalar, nullptr},
-    {"holdout", ParameterName::Group, kHoldout},
+    {"method", ParameterName::Scalar, nullptr},   {"folds", ParameterName::Scalar, nullptr},
+    {"stratify", ParameterName::Scalar, nullptr}, {"holdout", ParameterName::Group, kHoldout},
     {nullptr, ParameterName::Scalar, nullptr},
 };
 const ParameterName kOutput[] = {
@@ -182,9 +180,7 @@ int PrintParameters(ZRSettingsParser& parser, const ParameterName* names, void* 
         out << indent << p->name << ": ";
         ZRCommon::ZRStatus status;
         switch (p->kind) {
-        case ParameterName::Scalar:
-            out << Scalar(parser, p->name, context) << "\n";
-            break;
+        case ParameterName::Scalar: out << Scalar(parser, p->name, context) << "\n"; break;
         case ParameterName::List:
             if (parser.GetParameterType(p->name, context) == ZRSettingsParser::ParamTypeDouble) {
                 std::vector<double> values;

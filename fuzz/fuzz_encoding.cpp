@@ -53,7 +53,8 @@ void FixedBuffer(int capacity, size_t countedLength, Convert convert, bool byteC
         const size_t extra = byteCopy && sourceLength < 0 ? 1 : 0;
         std::vector<Unit> target(capacity > 0 ? static_cast<size_t>(capacity) + extra : 0);
         int code = -1;
-        const int length = convert(target.empty() ? nullptr : target.data(), capacity, sourceLength, &code);
+        const int length =
+            convert(target.empty() ? nullptr : target.data(), capacity, sourceLength, &code);
         CheckLength(length, capacity, sourceLength, byteCopy);
         Check(code >= 0 && code <= 3);
         if (sourceLength < 0 && capacity > 0)
@@ -135,12 +136,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 
     const char* t8 = text.c_str();
     const unsigned short* t16 = u16.c_str();
-    FixedBuffer<unsigned short>(capacity, text.size(), [&](unsigned short* t, int c, int n, int* r) {
-        return VORKMB8to16(t, c, t8, n, r);
-    });
-    FixedBuffer<char>(capacity, u16.size(), [&](char* t, int c, int n, int* r) {
-        return VORKMB16to8(t, c, t16, n, r);
-    });
+    FixedBuffer<unsigned short>(
+        capacity, text.size(),
+        [&](unsigned short* t, int c, int n, int* r) { return VORKMB8to16(t, c, t8, n, r); });
+    FixedBuffer<char>(capacity, u16.size(),
+                      [&](char* t, int c, int n, int* r) { return VORKMB16to8(t, c, t16, n, r); });
     for (void* cnv : {static_cast<void*>(nullptr), gCp1252}) {
         FixedBuffer<char>(capacity, text.size(), [&](char* t, int c, int n, int* r) {
             return VORKMBCodePageto8(cnv, t, c, t8, n, r);
@@ -148,24 +148,28 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         FixedBuffer<char>(capacity, text.size(), [&](char* t, int c, int n, int* r) {
             return VORKMB8toCodePage(cnv, t, c, t8, n, r);
         });
-        FixedBuffer<unsigned short>(capacity, text.size(), [&](unsigned short* t, int c, int n, int* r) {
-            return VORKMBCodePageto16(cnv, t, c, t8, n, r);
-        });
+        FixedBuffer<unsigned short>(capacity, text.size(),
+                                    [&](unsigned short* t, int c, int n, int* r) {
+                                        return VORKMBCodePageto16(cnv, t, c, t8, n, r);
+                                    });
         FixedBuffer<char>(capacity, u16.size(), [&](char* t, int c, int n, int* r) {
             return VORKMB16toCodePage(cnv, t, c, t16, n, r);
         });
     }
     SetUTF8mode(capacity & 1);
     const bool byteCopy = qUTF8mode() == 1;
-    FixedBuffer<char>(capacity, text.size(), [&](char* t, int c, int n, int* r) {
-        return VORKMBGenericto8(t, c, t8, n, r);
-    }, byteCopy);
-    FixedBuffer<char>(capacity, text.size(), [&](char* t, int c, int n, int* r) {
-        return VORKMB8toGeneric(t, c, t8, n, r);
-    }, byteCopy);
-    FixedBuffer<char>(capacity, text.size(), [&](char* t, int c, int n, int* r) {
-        return VORKMBGenerictoCodePage(gCp1252, t, c, t8, n, r);
-    }, !byteCopy);
+    FixedBuffer<char>(
+        capacity, text.size(),
+        [&](char* t, int c, int n, int* r) { return VORKMBGenericto8(t, c, t8, n, r); }, byteCopy);
+    FixedBuffer<char>(
+        capacity, text.size(),
+        [&](char* t, int c, int n, int* r) { return VORKMB8toGeneric(t, c, t8, n, r); }, byteCopy);
+    FixedBuffer<char>(
+        capacity, text.size(),
+        [&](char* t, int c, int n, int* r) {
+            return VORKMBGenerictoCodePage(gCp1252, t, c, t8, n, r);
+        },
+        !byteCopy);
 
     U16String wide;
     std::string narrow;

@@ -14,7 +14,8 @@
 namespace {
 
 // The first child element of the root whose tag ends in "Model".
-const xercesc::DOMElement* FirstModel(const xercesc::DOMElement& root) {
+const xercesc::DOMElement* FirstModel(const xercesc::DOMElement& root)
+{
     for (const xercesc::DOMNode* node = root.getFirstChild(); node; node = node->getNextSibling()) {
         const xercesc::DOMElement* element = ZRXPrsUtil::AsElement(*node, nullptr);
         if (!element)
@@ -28,7 +29,8 @@ const xercesc::DOMElement* FirstModel(const xercesc::DOMElement& root) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
     // One parser for the whole run keeps the XML library started; every
     // ParseToDOM starts afresh.
     static ZRXPrsUtil::ZRPMMLParser parser;

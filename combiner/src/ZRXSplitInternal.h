@@ -41,8 +41,8 @@ extern const char* const kFunctionName;
 // for each that has the attribute `attribute`, with its value as UTF-8 in
 // `texts`. Elements without the attribute are left out of both lists, so
 // that entry i of each speaks of the same element.
-void CollectNamedDescendants(const xercesc::DOMNode* root, const char* tag,
-                             const char* attribute, std::vector<xercesc::DOMNode*>& nodes,
+void CollectNamedDescendants(const xercesc::DOMNode* root, const char* tag, const char* attribute,
+                             std::vector<xercesc::DOMNode*>& nodes,
                              std::vector<std::string>& texts);
 
 } // namespace SplitPMML

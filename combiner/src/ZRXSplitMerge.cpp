@@ -27,8 +27,7 @@ xercesc::DOMElement* ToElement(xercesc::DOMNode* node)
 // ---------------------------------------------------------- data dictionary
 
 void ZRXSplitPMMLCombiner::EnumDataFields(const xercesc::DOMNode* dictionary,
-                                          std::vector<xercesc::DOMNode*>& nodes,
-                                          Texts& names) const
+                                          std::vector<xercesc::DOMNode*>& nodes, Texts& names) const
 {
     CollectNamedDescendants(dictionary, kDataField, kName, nodes, names);
 }
@@ -192,9 +191,9 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertMiningField(const xercesc::DOMElem
     return copy;
 }
 
-void ZRXSplitPMMLCombiner::ReadNamesOfMiningFields(const xercesc::DOMElement* schema,
-                                                   std::vector<const xercesc::DOMElement*>& elements,
-                                                   Texts& names) const
+void ZRXSplitPMMLCombiner::ReadNamesOfMiningFields(
+    const xercesc::DOMElement* schema, std::vector<const xercesc::DOMElement*>& elements,
+    Texts& names) const
 {
     if (schema == nullptr)
         return;

@@ -41,9 +41,8 @@ const char* const kName = "name";
 const char* const kValueAtt = "value";
 const char* const kFunctionName = "functionName";
 
-void CollectNamedDescendants(const xercesc::DOMNode* root, const char* tag,
-                             const char* attribute, std::vector<xercesc::DOMNode*>& nodes,
-                             std::vector<std::string>& texts)
+void CollectNamedDescendants(const xercesc::DOMNode* root, const char* tag, const char* attribute,
+                             std::vector<xercesc::DOMNode*>& nodes, std::vector<std::string>& texts)
 {
     if (root == nullptr)
         return;
@@ -93,15 +92,11 @@ xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNod
         }
         return copy;
     }
-    case xercesc::DOMNode::TEXT_NODE:
-        return document.createTextNode(source->getNodeValue());
+    case xercesc::DOMNode::TEXT_NODE: return document.createTextNode(source->getNodeValue());
     case xercesc::DOMNode::CDATA_SECTION_NODE:
         return document.createCDATASection(source->getNodeValue());
-    case xercesc::DOMNode::COMMENT_NODE:
-        return document.createComment(source->getNodeValue());
-    default:
-        whole = true;
-        return document.importNode(source, true);
+    case xercesc::DOMNode::COMMENT_NODE: return document.createComment(source->getNodeValue());
+    default: whole = true; return document.importNode(source, true);
     }
 }
 
@@ -143,7 +138,7 @@ ZRXSplitPMMLCombiner::~ZRXSplitPMMLCombiner()
 
 void ZRXSplitPMMLCombiner::InitStandardPMMLModels()
 {
-    standardModels = {"MiningModel",   "AssociationModel",
+    standardModels = {"MiningModel",     "AssociationModel",
                       "ClusteringModel", "GeneralRegressionModel",
                       "NaiveBayesModel", "NeuralNetwork",
                       "RegressionModel", "RuleSetModel",
@@ -179,8 +174,7 @@ ZRStatus ZRXSplitPMMLCombiner::AddModel(const std::string& path,
     return status;
 }
 
-ZRStatus ZRXSplitPMMLCombiner::ParseSplitModelXML(xercesc::DOMDocument* parsed,
-                                                  const Texts& values)
+ZRStatus ZRXSplitPMMLCombiner::ParseSplitModelXML(xercesc::DOMDocument* parsed, const Texts& values)
 {
     if (parsed == nullptr)
         return ZRStatus();
@@ -347,8 +341,8 @@ const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetPMML(const xercesc::DOMDocum
     return parsed != nullptr ? GetFirstChildElmt(*parsed, kPMML) : nullptr;
 }
 
-const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetStandardModel(
-    const xercesc::DOMElement* pmml) const
+const xercesc::DOMElement*
+ZRXSplitPMMLCombiner::GetStandardModel(const xercesc::DOMElement* pmml) const
 {
     if (pmml == nullptr)
         return nullptr;
@@ -364,14 +358,13 @@ const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetDataDict(const xercesc::DOME
     return pmml != nullptr ? GetFirstChildElmt(*pmml, kDataDictionary) : nullptr;
 }
 
-const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetTransDict(
-    const xercesc::DOMElement* pmml) const
+const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetTransDict(const xercesc::DOMElement* pmml) const
 {
     return pmml != nullptr ? GetFirstChildElmt(*pmml, kTransformationDictionary) : nullptr;
 }
 
-const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetMiningSchema(
-    const xercesc::DOMElement* model) const
+const xercesc::DOMElement*
+ZRXSplitPMMLCombiner::GetMiningSchema(const xercesc::DOMElement* model) const
 {
     return model != nullptr ? GetFirstChildElmt(*model, kMiningSchema) : nullptr;
 }

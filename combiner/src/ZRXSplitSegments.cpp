@@ -35,8 +35,7 @@ bool ZRXSplitPMMLCombiner::GetSplitVariableInfo(const ZRMTD_NAMESPACE::IZRVariab
         optype = "categorical";
         dataType = "string";
         break;
-    default:
-        break;
+    default: break;
     }
     if (var->GetValueFormat() == 1)
         dataType = "integer";
@@ -111,8 +110,7 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertPredicate(xercesc::DOMNode* segmen
     return nullptr;
 }
 
-xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertSimplePredicate(xercesc::DOMNode* parent,
-                                                              int index,
+xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertSimplePredicate(xercesc::DOMNode* parent, int index,
                                                               const std::string& value)
 {
     if (parent == nullptr || value.empty() || index < 0)

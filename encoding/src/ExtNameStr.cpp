@@ -28,6 +28,7 @@ public:
     SystemConverter(const SystemConverter&) = delete;
     SystemConverter& operator=(const SystemConverter&) = delete;
     void* get() const { return m_cnv; }
+
 private:
     void* m_cnv;
 };

@@ -114,7 +114,8 @@ int UTF8PrefixLength(const unsigned short* source, int sourceLength, int room)
     for (int i = 0; sourceLength < 0 ? source[i] != 0 : i < sourceLength;) {
         UChar32 c = source[i];
         int units = 1;
-        if (U16_IS_LEAD(c) && (sourceLength < 0 || i + 1 < sourceLength) && U16_IS_TRAIL(source[i + 1]))
+        if (U16_IS_LEAD(c) && (sourceLength < 0 || i + 1 < sourceLength) &&
+            U16_IS_TRAIL(source[i + 1]))
             units = 2;
         const int n = units == 2 ? 4 : U8_LENGTH(c);
         if (bytes + n > room)
@@ -191,24 +192,26 @@ const UChar* AsUChar(const unsigned short* p)
 // Fixed-buffer form
 // ---------------------------------------------------------------------------
 
-int VORKMB8to16(unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode)
+int VORKMB8to16(unsigned short* target, int capacity, const char* source, int sourceLength,
+                int* resultCode)
 {
     NormalizeSource(source, sourceLength);
     const Plan plan = MakePlan(target, capacity, sourceLength);
     Outcome outcome{0, U_ZERO_ERROR, false};
-    u_strFromUTF8(plan.fitting ? AsUChar(target) : nullptr, plan.room, &outcome.needed,
-                  source, sourceLength, &outcome.err);
+    u_strFromUTF8(plan.fitting ? AsUChar(target) : nullptr, plan.room, &outcome.needed, source,
+                  sourceLength, &outcome.err);
     return Complete(plan, target, outcome, resultCode,
                     [&](int room) { return CutUTF16(target, room); });
 }
 
-int VORKMB16to8(char* target, int capacity, const unsigned short* source, int sourceLength, int* resultCode)
+int VORKMB16to8(char* target, int capacity, const unsigned short* source, int sourceLength,
+                int* resultCode)
 {
     NormalizeSource(source, sourceLength);
     const Plan plan = MakePlan(target, capacity, sourceLength);
     Outcome outcome{0, U_ZERO_ERROR, false};
-    u_strToUTF8(plan.fitting ? target : nullptr, plan.room, &outcome.needed,
-                AsUChar(source), sourceLength, &outcome.err);
+    u_strToUTF8(plan.fitting ? target : nullptr, plan.room, &outcome.needed, AsUChar(source),
+                sourceLength, &outcome.err);
     return Complete(plan, target, outcome, resultCode, [&](int room) {
         const int length = UTF8PrefixLength(source, sourceLength, room);
         Blank(target, length, room);
@@ -233,7 +236,8 @@ int ThroughConverter(void* converter, Unit* target, int capacity, int sourceLeng
     const unsigned before = SubstitutionCount();
     outcome.needed = run(lease.get(), plan.fitting ? target : nullptr, plan.room, &outcome.err);
     outcome.substituted = SubstitutionCount() != before;
-    return Complete(plan, target, outcome, resultCode, [&](int room) { return cut(lease.get(), room); });
+    return Complete(plan, target, outcome, resultCode,
+                    [&](int room) { return cut(lease.get(), room); });
 }
 
 } // namespace
@@ -242,7 +246,8 @@ int VORKMBCodePageto16(void* converter, unsigned short* target, int capacity, co
                        int sourceLength, int* resultCode)
 {
     NormalizeSource(source, sourceLength);
-    return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
+    return ThroughConverter(
+        converter, target, capacity, sourceLength, resultCode,
         [&](UConverter* cnv, unsigned short* dest, int room, UErrorCode* err) {
             return ucnv_toUChars(cnv, AsUChar(dest), room, source, sourceLength, err);
         },
@@ -253,7 +258,8 @@ int VORKMB16toCodePage(void* converter, char* target, int capacity, const unsign
                        int sourceLength, int* resultCode)
 {
     NormalizeSource(source, sourceLength);
-    return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
+    return ThroughConverter(
+        converter, target, capacity, sourceLength, resultCode,
         [&](UConverter* cnv, char* dest, int room, UErrorCode* err) {
             return ucnv_fromUChars(cnv, dest, room, AsUChar(source), sourceLength, err);
         },
@@ -264,7 +270,8 @@ int VORKMBCodePageto8(void* converter, char* target, int capacity, const char* s
                       int sourceLength, int* resultCode)
 {
     NormalizeSource(source, sourceLength);
-    return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
+    return ThroughConverter(
+        converter, target, capacity, sourceLength, resultCode,
         [&](UConverter* cnv, char* dest, int room, UErrorCode* err) {
             ucnv_resetToUnicode(cnv);
             return ucnv_toAlgorithmic(UCNV_UTF8, cnv, dest, room, source, sourceLength, err);
@@ -276,10 +283,12 @@ int VORKMB8toCodePage(void* converter, char* target, int capacity, const char* s
                       int sourceLength, int* resultCode)
 {
     NormalizeSource(source, sourceLength);
-    return ThroughConverter(converter, target, capacity, sourceLength, resultCode,
+    return ThroughConverter(
+        converter, target, capacity, sourceLength, resultCode,
         [&](UConverter* cnv, char* dest, int room, UErrorCode* err) {
             ucnv_resetFromUnicode(cnv);
-            const int32_t needed = ucnv_fromAlgorithmic(cnv, UCNV_UTF8, dest, room, source, sourceLength, err);
+            const int32_t needed =
+                ucnv_fromAlgorithmic(cnv, UCNV_UTF8, dest, room, source, sourceLength, err);
             // ICU reads ill-formed UTF-8 as U+FFFD without a word, which a
             // code page that has U+FFFD takes in silently: it is trouble all
             // the same.
@@ -290,42 +299,52 @@ int VORKMB8toCodePage(void* converter, char* target, int capacity, const char* s
         [&](UConverter* cnv, int room) { return CutCodePage(cnv, target, room); });
 }
 
-int VORKMBGenericto16(unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode)
+int VORKMBGenericto16(unsigned short* target, int capacity, const char* source, int sourceLength,
+                      int* resultCode)
 {
-    return qUTF8mode() ? VORKMB8to16(target, capacity, source, sourceLength, resultCode)
-                       : VORKMBCodePageto16(nullptr, target, capacity, source, sourceLength, resultCode);
+    return qUTF8mode()
+               ? VORKMB8to16(target, capacity, source, sourceLength, resultCode)
+               : VORKMBCodePageto16(nullptr, target, capacity, source, sourceLength, resultCode);
 }
 
-int VORKMB16toGeneric(char* target, int capacity, const unsigned short* source, int sourceLength, int* resultCode)
+int VORKMB16toGeneric(char* target, int capacity, const unsigned short* source, int sourceLength,
+                      int* resultCode)
 {
-    return qUTF8mode() ? VORKMB16to8(target, capacity, source, sourceLength, resultCode)
-                       : VORKMB16toCodePage(nullptr, target, capacity, source, sourceLength, resultCode);
+    return qUTF8mode()
+               ? VORKMB16to8(target, capacity, source, sourceLength, resultCode)
+               : VORKMB16toCodePage(nullptr, target, capacity, source, sourceLength, resultCode);
 }
 
-int VORKMBGenericto8(char* target, int capacity, const char* source, int sourceLength, int* resultCode)
+int VORKMBGenericto8(char* target, int capacity, const char* source, int sourceLength,
+                     int* resultCode)
 {
-    return qUTF8mode() ? ByteCopy(target, capacity, source, sourceLength, resultCode)
-                       : VORKMBCodePageto8(nullptr, target, capacity, source, sourceLength, resultCode);
+    return qUTF8mode()
+               ? ByteCopy(target, capacity, source, sourceLength, resultCode)
+               : VORKMBCodePageto8(nullptr, target, capacity, source, sourceLength, resultCode);
 }
 
-int VORKMB8toGeneric(char* target, int capacity, const char* source, int sourceLength, int* resultCode)
+int VORKMB8toGeneric(char* target, int capacity, const char* source, int sourceLength,
+                     int* resultCode)
 {
-    return qUTF8mode() ? ByteCopy(target, capacity, source, sourceLength, resultCode)
-                       : VORKMB8toCodePage(nullptr, target, capacity, source, sourceLength, resultCode);
+    return qUTF8mode()
+               ? ByteCopy(target, capacity, source, sourceLength, resultCode)
+               : VORKMB8toCodePage(nullptr, target, capacity, source, sourceLength, resultCode);
 }
 
 int VORKMBGenerictoCodePage(void* converter, char* target, int capacity, const char* source,
                             int sourceLength, int* resultCode)
 {
-    return qUTF8mode() ? VORKMB8toCodePage(converter, target, capacity, source, sourceLength, resultCode)
-                       : ByteCopy(target, capacity, source, sourceLength, resultCode);
+    return qUTF8mode()
+               ? VORKMB8toCodePage(converter, target, capacity, source, sourceLength, resultCode)
+               : ByteCopy(target, capacity, source, sourceLength, resultCode);
 }
 
 int VORKMBCodePagetoGeneric(void* converter, char* target, int capacity, const char* source,
                             int sourceLength, int* resultCode)
 {
-    return qUTF8mode() ? VORKMBCodePageto8(converter, target, capacity, source, sourceLength, resultCode)
-                       : ByteCopy(target, capacity, source, sourceLength, resultCode);
+    return qUTF8mode()
+               ? VORKMBCodePageto8(converter, target, capacity, source, sourceLength, resultCode)
+               : ByteCopy(target, capacity, source, sourceLength, resultCode);
 }
 
 // ---------------------------------------------------------------------------
@@ -415,30 +434,34 @@ int VORKMBU16ToU8(std::string& target, const U16String& source)
 
 int VORKMBCodePageToU16(void* converter, U16String& target, const std::string& source)
 {
-    return ToString<1025>(target, source, Room(source.size(), 1), [converter](unsigned short* t, int c, const char* s, int n, int* r) {
-        return VORKMBCodePageto16(converter, t, c, s, n, r);
-    });
+    return ToString<1025>(target, source, Room(source.size(), 1),
+                          [converter](unsigned short* t, int c, const char* s, int n, int* r) {
+                              return VORKMBCodePageto16(converter, t, c, s, n, r);
+                          });
 }
 
 int VORKMBU16ToCodePage(void* converter, std::string& target, const U16String& source)
 {
-    return ToString<4097>(target, source, StringCodePageRoom(converter, source.size()), [converter](char* t, int c, const unsigned short* s, int n, int* r) {
-        return VORKMB16toCodePage(converter, t, c, s, n, r);
-    });
+    return ToString<4097>(target, source, StringCodePageRoom(converter, source.size()),
+                          [converter](char* t, int c, const unsigned short* s, int n, int* r) {
+                              return VORKMB16toCodePage(converter, t, c, s, n, r);
+                          });
 }
 
 int VORKMBCodePageToU8(void* converter, std::string& target, const std::string& source)
 {
-    return ToString<3073>(target, source, Room(source.size(), 3), [converter](char* t, int c, const char* s, int n, int* r) {
-        return VORKMBCodePageto8(converter, t, c, s, n, r);
-    });
+    return ToString<3073>(target, source, Room(source.size(), 3),
+                          [converter](char* t, int c, const char* s, int n, int* r) {
+                              return VORKMBCodePageto8(converter, t, c, s, n, r);
+                          });
 }
 
 int VORKMBU8ToCodePage(void* converter, std::string& target, const std::string& source)
 {
-    return ToString<1025>(target, source, Room(source.size(), 1), [converter](char* t, int c, const char* s, int n, int* r) {
-        return VORKMB8toCodePage(converter, t, c, s, n, r);
-    });
+    return ToString<1025>(target, source, Room(source.size(), 1),
+                          [converter](char* t, int c, const char* s, int n, int* r) {
+                              return VORKMB8toCodePage(converter, t, c, s, n, r);
+                          });
 }
 
 namespace {
@@ -458,7 +481,8 @@ int Assign(std::string& target, const std::string& source)
 
 int VORKMBGenericToU16(void* converter, U16String& target, const std::string& source)
 {
-    return qUTF8mode() ? VORKMBU8ToU16(target, source) : VORKMBCodePageToU16(converter, target, source);
+    return qUTF8mode() ? VORKMBU8ToU16(target, source)
+                       : VORKMBCodePageToU16(converter, target, source);
 }
 
 int VORKMBGenericToU16(U16String& target, const std::string& source)
@@ -468,7 +492,8 @@ int VORKMBGenericToU16(U16String& target, const std::string& source)
 
 int VORKMBU16ToGeneric(void* converter, std::string& target, const U16String& source)
 {
-    return qUTF8mode() ? VORKMBU16ToU8(target, source) : VORKMBU16ToCodePage(converter, target, source);
+    return qUTF8mode() ? VORKMBU16ToU8(target, source)
+                       : VORKMBU16ToCodePage(converter, target, source);
 }
 
 int VORKMBU16ToGeneric(std::string& target, const U16String& source)
@@ -559,14 +584,16 @@ unsigned short* VORKMBTranscodeU8(const char* source)
 {
     if (!source)
         return nullptr;
-    return ToNewArray<unsigned short>(source, static_cast<long long>(std::strlen(source)) + 1, VORKMB8to16);
+    return ToNewArray<unsigned short>(source, static_cast<long long>(std::strlen(source)) + 1,
+                                      VORKMB8to16);
 }
 
 char* VORKMBTranscodeU8(const unsigned short* source)
 {
     if (!source)
         return nullptr;
-    return ToNewArray<char>(source, 4 * static_cast<long long>(TextLength(source)) + 1, VORKMB16to8);
+    return ToNewArray<char>(source, 4 * static_cast<long long>(TextLength(source)) + 1,
+                            VORKMB16to8);
 }
 
 unsigned short* VORKMBTranscodeCodePage(const char* source)
@@ -574,7 +601,9 @@ unsigned short* VORKMBTranscodeCodePage(const char* source)
     if (!source)
         return nullptr;
     return ToNewArray<unsigned short>(source, static_cast<long long>(std::strlen(source)) + 1,
-        [](unsigned short* t, int c, const char* s, int n, int* r) { return VORKMBCodePageto16(nullptr, t, c, s, n, r); });
+                                      [](unsigned short* t, int c, const char* s, int n, int* r) {
+                                          return VORKMBCodePageto16(nullptr, t, c, s, n, r);
+                                      });
 }
 
 char* VORKMBTranscodeCodePage(const unsigned short* source)
@@ -582,7 +611,9 @@ char* VORKMBTranscodeCodePage(const unsigned short* source)
     if (!source)
         return nullptr;
     return ToNewArray<char>(source, CodePageRoom(TextLength(source)),
-        [](char* t, int c, const unsigned short* s, int n, int* r) { return VORKMB16toCodePage(nullptr, t, c, s, n, r); });
+                            [](char* t, int c, const unsigned short* s, int n, int* r) {
+                                return VORKMB16toCodePage(nullptr, t, c, s, n, r);
+                            });
 }
 
 unsigned short* VORKMBTranscodeGeneric(const char* source)

@@ -79,9 +79,9 @@ struct CodePageEntry {
     const char* name;
 };
 const CodePageEntry kCodePages[] = {
-    {932, "windows-31j"}, {936, "GBK"},     {949, "KS_C_5601-1987"}, {950, "Big5"},
-    {1250, "cp1250"},     {1251, "cp1251"}, {1252, "cp1252"},        {1253, "cp1253"},
-    {1254, "cp1254"},     {1255, "cp1255"}, {1256, "cp1256"},        {1257, "cp1257"},
+    {932, "windows-31j"}, {936, "GBK"},          {949, "KS_C_5601-1987"}, {950, "Big5"},
+    {1250, "cp1250"},     {1251, "cp1251"},      {1252, "cp1252"},        {1253, "cp1253"},
+    {1254, "cp1254"},     {1255, "cp1255"},      {1256, "cp1256"},        {1257, "cp1257"},
     {1258, "cp1258"},     {28591, "ISO-8859-1"}, {65001, "UTF-8"},
 };
 
@@ -102,8 +102,7 @@ void ApplyConverterSettings(UConverter* cnv)
     ucnv_setSubstChars(cnv, "?", 1, &err);
 }
 
-ConverterLease::ConverterLease(void* given)
-    : m_cnv(static_cast<UConverter*>(given)), m_owned(false)
+ConverterLease::ConverterLease(void* given) : m_cnv(static_cast<UConverter*>(given)), m_owned(false)
 {
     if (m_cnv)
         return;
@@ -205,7 +204,8 @@ static int32_t NextCompareUnitC(UConverter* cnv, const char* text, int& i, int e
     return u_tolower(c);
 }
 
-int CompareCodePage(UConverter* cnv, const char* a, int lengthA, const char* b, int lengthB, int* badInput)
+int CompareCodePage(UConverter* cnv, const char* a, int lengthA, const char* b, int lengthB,
+                    int* badInput)
 {
     if (cnv)
         ucnv_resetToUnicode(cnv);
@@ -273,8 +273,8 @@ void* VORKMBConverterNew_8(const char* name)
             return nullptr;
         UErrorCode err = U_ZERO_ERROR;
         const unsigned before = SubstitutionCount();
-        const int32_t length = ucnv_fromAlgorithmic(lease.get(), UCNV_UTF8, codePageName,
-                                                    59, name, -1, &err);
+        const int32_t length =
+            ucnv_fromAlgorithmic(lease.get(), UCNV_UTF8, codePageName, 59, name, -1, &err);
         if (CodeOf(err, SubstitutionCount() != before) != kConverted || length > 59)
             return nullptr;
         codePageName[length] = '\0';

@@ -58,6 +58,7 @@ public:
     ConverterLease& operator=(const ConverterLease&) = delete;
     UConverter* get() const { return m_cnv; }
     bool owned() const { return m_owned; }
+
 private:
     UConverter* m_cnv;
     bool m_owned;
@@ -81,7 +82,8 @@ inline int CodeOf(UErrorCode err, bool substituted)
 int ReadCodePageChar(UConverter* cnv, const char* text, int i, int limit, int32_t* codePoint);
 
 // VORKMBCompare_C on a converter of the caller (null: raw bytes only).
-int CompareCodePage(UConverter* cnv, const char* a, int lengthA, const char* b, int lengthB, int* badInput);
+int CompareCodePage(UConverter* cnv, const char* a, int lengthA, const char* b, int lengthB,
+                    int* badInput);
 
 // Where a text of the given length ends: at the length or at a NUL that comes
 // first; a negative length means at the NUL. 0 for a null text.

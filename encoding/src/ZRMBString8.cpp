@@ -299,7 +299,8 @@ char* VORKMBAnsiPrev_8(const char* start, const char* position)
 {
     if (!start || !position || position <= start)
         return const_cast<char*>(position);
-    return const_cast<char*>(start + VORKMBPreviousIndex_8(start, static_cast<size_t>(position - start)));
+    return const_cast<char*>(start +
+                             VORKMBPreviousIndex_8(start, static_cast<size_t>(position - start)));
 }
 
 } // namespace ZRMem

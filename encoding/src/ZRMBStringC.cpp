@@ -174,7 +174,8 @@ char* VORKMBAnsiPrev_C(const char* start, const char* position)
 {
     if (!start || !position || position <= start)
         return const_cast<char*>(position);
-    return const_cast<char*>(start + VORKMBFindStart_C(start, static_cast<size_t>(position - start) - 1));
+    return const_cast<char*>(start +
+                             VORKMBFindStart_C(start, static_cast<size_t>(position - start) - 1));
 }
 
 int VORKMBU32Get_C(int* codePoint, const char* text, int start, int end)
@@ -231,7 +232,8 @@ size_t VORKMBstrcspn_A(const char* text, const char* set)
 
 char* VORKMBstrncpy_A(char* target, const char* source, size_t size)
 {
-    return qUTF8mode() ? VORKMBstrncpy_8(target, source, size) : VORKMBstrncpy_C(target, source, size);
+    return qUTF8mode() ? VORKMBstrncpy_8(target, source, size)
+                       : VORKMBstrncpy_C(target, source, size);
 }
 
 int VORKMBstrnicmp_A(const char* a, const char* b, size_t size)

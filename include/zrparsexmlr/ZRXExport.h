@@ -5,13 +5,13 @@
 #define ZRPARSEXMLR_ZRXEXPORT_H
 
 #if defined(_WIN32)
-#  if defined(ZRPARSEXMLR_BUILDING)
-#    define ZRXPRS_API __declspec(dllexport)
-#  else
-#    define ZRXPRS_API __declspec(dllimport)
-#  endif
+#if defined(ZRPARSEXMLR_BUILDING)
+#define ZRXPRS_API __declspec(dllexport)
 #else
-#  define ZRXPRS_API __attribute__((visibility("default")))
+#define ZRXPRS_API __declspec(dllimport)
+#endif
+#else
+#define ZRXPRS_API __attribute__((visibility("default")))
 #endif
 
 #endif

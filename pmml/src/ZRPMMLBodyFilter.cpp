@@ -8,19 +8,32 @@ namespace ZRXPrsUtil {
 
 namespace {
 
-const char16_t* const kModelTags[] = {
-    u"AssociationModel", u"BayesianNetworkModel", u"BaselineModel", u"ClusteringModel",
-    u"GaussianProcessModel", u"GeneralRegressionModel", u"MiningModel", u"NaiveBayesModel",
-    u"NearestNeighborModel", u"NeuralNetwork", u"RegressionModel", u"RuleSetModel",
-    u"SequenceModel", u"Scorecard", u"SupportVectorMachineModel", u"TextModel",
-    u"TimeSeriesModel", u"TreeModel", u"AnomalyDetectionModel"};
+const char16_t* const kModelTags[] = {u"AssociationModel",
+                                      u"BayesianNetworkModel",
+                                      u"BaselineModel",
+                                      u"ClusteringModel",
+                                      u"GaussianProcessModel",
+                                      u"GeneralRegressionModel",
+                                      u"MiningModel",
+                                      u"NaiveBayesModel",
+                                      u"NearestNeighborModel",
+                                      u"NeuralNetwork",
+                                      u"RegressionModel",
+                                      u"RuleSetModel",
+                                      u"SequenceModel",
+                                      u"Scorecard",
+                                      u"SupportVectorMachineModel",
+                                      u"TextModel",
+                                      u"TimeSeriesModel",
+                                      u"TreeModel",
+                                      u"AnomalyDetectionModel"};
 
-const char16_t* const kModelHeadTags[] = {u"MiningSchema", u"Output", u"ModelStats",
-                                          u"ModelExplanation", u"Targets",
-                                          u"LocalTransformations"};
+const char16_t* const kModelHeadTags[] = {u"MiningSchema",     u"Output",  u"ModelStats",
+                                          u"ModelExplanation", u"Targets", u"LocalTransformations"};
 
 template <std::size_t N>
-bool InList(const XMLCh* tag, const char16_t* const (&list)[N]) {
+bool InList(const XMLCh* tag, const char16_t* const (&list)[N])
+{
     for (const char16_t* name : list)
         if (xercesc::XMLString::equals(tag, name))
             return true;
@@ -29,15 +42,18 @@ bool InList(const XMLCh* tag, const char16_t* const (&list)[N]) {
 
 } // namespace
 
-bool IsPMMLModelTag(const XMLCh* tag) {
+bool IsPMMLModelTag(const XMLCh* tag)
+{
     return tag && InList(tag, kModelTags);
 }
 
-bool IsPMMLModelHeadTag(const XMLCh* tag) {
+bool IsPMMLModelHeadTag(const XMLCh* tag)
+{
     return tag && InList(tag, kModelHeadTags);
 }
 
-bool ZRPMMLBodyFilter::StartElement(const XMLCh* tag, bool isEmpty, std::size_t depth) {
+bool ZRPMMLBodyFilter::StartElement(const XMLCh* tag, bool isEmpty, std::size_t depth)
+{
     if (skipped > 0) {
         if (!isEmpty)
             ++skipped;
@@ -55,7 +71,8 @@ bool ZRPMMLBodyFilter::StartElement(const XMLCh* tag, bool isEmpty, std::size_t 
     return true;
 }
 
-bool ZRPMMLBodyFilter::EndElement(std::size_t depth) {
+bool ZRPMMLBodyFilter::EndElement(std::size_t depth)
+{
     if (skipped > 0) {
         --skipped;
         return false;
@@ -65,7 +82,8 @@ bool ZRPMMLBodyFilter::EndElement(std::size_t depth) {
     return true;
 }
 
-bool ZRPMMLBodyFilter::StartEntity() {
+bool ZRPMMLBodyFilter::StartEntity()
+{
     if (skipped > 0) {
         ++skipped;
         return false;
@@ -73,7 +91,8 @@ bool ZRPMMLBodyFilter::StartEntity() {
     return true;
 }
 
-bool ZRPMMLBodyFilter::EndEntity() {
+bool ZRPMMLBodyFilter::EndEntity()
+{
     if (skipped > 0) {
         --skipped;
         return false;

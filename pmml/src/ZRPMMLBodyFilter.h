@@ -39,7 +39,8 @@ public:
     bool IsActive() const { return active; }
     // Called at the start of every document: forgets the one before, also
     // one whose parse ended half-way.
-    void Reset() {
+    void Reset()
+    {
         skipped = 0;
         pmmlRoot = false;
         inModel = false;
@@ -53,7 +54,8 @@ public:
     // The element last started and not ended ends. True: pass the event on.
     bool EndElement(std::size_t depth);
     // Text, a comment or a processing instruction at the present place.
-    bool KeepContent(std::size_t depth) const {
+    bool KeepContent(std::size_t depth) const
+    {
         return skipped == 0 && !(inModel && depth == kModelDepth);
     }
     // An entity reference starts or ends: passed on outside a left-out part.
@@ -66,7 +68,7 @@ private:
     static const std::size_t kModelDepth = 2;
 
     bool active = false;
-    std::size_t skipped = 0;  // open elements and entity references left out
+    std::size_t skipped = 0; // open elements and entity references left out
     bool pmmlRoot = false;
     bool inModel = false;
 };

@@ -18,7 +18,6 @@ namespace ZRXPrsUtil {
 // may nest deeper.
 class ZRPMMLDOMParser : public ZRXDOMParser {
 public:
-
     void SetReadModelBodies(bool readBodies) { filter.SetActive(!readBodies); }
 
     void startDocument() override;

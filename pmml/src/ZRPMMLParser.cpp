@@ -18,10 +18,10 @@
 #include <memory>
 #include <string>
 
-using ZRCommon::ZRStatus;
-using ZRMTD_NAMESPACE::ZRVarList;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
+using ZRCommon::ZRStatus;
+using ZRMTD_NAMESPACE::ZRVarList;
 
 namespace ZRXPrsUtil {
 
@@ -32,14 +32,16 @@ const double kHighest = std::numeric_limits<double>::max();
 
 } // namespace
 
-ZRStatus PMMLFailure(ZRCommon::StatusCode code) {
+ZRStatus PMMLFailure(ZRCommon::StatusCode code)
+{
     return ZRStatus(code, false);
 }
 
 ZRPMMLParser::ZRPMMLParser()
     : status(), parser(nullptr), xercesMessage(), document(nullptr), rootElement(nullptr),
       dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr),
-      readModelBodies(true) {
+      readModelBodies(true)
+{
     const bool initialised = ZRXPlatform::Acquire();
     try {
         // The library's DOM parser, with its settings and limits, that can
@@ -58,14 +60,16 @@ ZRPMMLParser::ZRPMMLParser()
     }
 }
 
-ZRPMMLParser::~ZRPMMLParser() {
+ZRPMMLParser::~ZRPMMLParser()
+{
     if (parser) {
         delete parser;
         ZRXPlatform::Release();
     }
 }
 
-ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream) {
+ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream)
+{
     xercesMessage.clear();
     document = nullptr;
     rootElement = dataDictionary = transDictionary = modelElement = nullptr;
@@ -105,27 +109,33 @@ ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream) {
     return status;
 }
 
-ZRStatus ZRPMMLParser::GetStatus() const {
+ZRStatus ZRPMMLParser::GetStatus() const
+{
     return status;
 }
 
-std::string ZRPMMLParser::GetXercesMessage() const {
+std::string ZRPMMLParser::GetXercesMessage() const
+{
     return xercesMessage;
 }
 
-const DOMElement* ZRPMMLParser::GetRootElement() const {
+const DOMElement* ZRPMMLParser::GetRootElement() const
+{
     return rootElement;
 }
 
-void ZRPMMLParser::SetReadModelBodies(bool readBodies) {
+void ZRPMMLParser::SetReadModelBodies(bool readBodies)
+{
     readModelBodies = readBodies;
 }
 
-bool ZRPMMLParser::GetReadModelBodies() const {
+bool ZRPMMLParser::GetReadModelBodies() const
+{
     return readModelBodies;
 }
 
-bool ZRPMMLParser::SetModelElmt(const DOMElement& model) {
+bool ZRPMMLParser::SetModelElmt(const DOMElement& model)
+{
     if (!status.IsOK() || !document)
         return false;
     modelElement = &model;
@@ -133,7 +143,8 @@ bool ZRPMMLParser::SetModelElmt(const DOMElement& model) {
 }
 
 ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::string>& wantedFields,
-                                   bool useBins) const {
+                                   bool useBins) const
+{
     ZRStatus result = status;
     if (result.IsOK() && !document)
         result = PMMLFailure(ZRCommon::eNoDocument);
@@ -148,12 +159,12 @@ ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::st
     DictionaryOptions options;
     options.wanted = wanted.get();
     options.bins = useBins ? &bins : nullptr;
-    return ReadFieldDictionary(varList, *dataDictionary, "DataField", kPMMLDataFieldRules,
-                               options);
+    return ReadFieldDictionary(varList, *dataDictionary, "DataField", kPMMLDataFieldRules, options);
 }
 
 bool ZRPMMLParser::SetBinsFrTransDict(const std::string& fieldName, std::vector<double>& cutPoints,
-                                      std::vector<std::string>& binValues) const {
+                                      std::vector<std::string>& binValues) const
+{
     cutPoints.clear();
     binValues.clear();
     if (!transDictionary)
@@ -179,7 +190,8 @@ bool ZRPMMLParser::SetBinsFrTransDict(const std::string& fieldName, std::vector<
     // until it is seen the first cut point holds a place.
     cutPoints.push_back(0.0);
     bool firstInterval = true;
-    for (const DOMNode* child = discretize->getFirstChild(); child; child = child->getNextSibling()) {
+    for (const DOMNode* child = discretize->getFirstChild(); child;
+         child = child->getNextSibling()) {
         const DOMElement* bin = AsElement(*child, "DiscretizeBin");
         if (!bin)
             continue;

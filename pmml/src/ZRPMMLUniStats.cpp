@@ -9,9 +9,9 @@
 
 #include <xercesc/dom/DOMElement.hpp>
 
+using xercesc::DOMElement;
 using ZRCommon::ZRStatus;
 using ZRMTD_NAMESPACE::ZRUniStats;
-using xercesc::DOMElement;
 
 namespace ZRXPrsUtil {
 
@@ -19,7 +19,8 @@ namespace {
 
 // A double attribute that may be absent (or "NaN"): both give the missing
 // value. 109 when the text is not a number.
-ZRStatus ReadOptionalDouble(const DOMElement& element, const char* name, double& value) {
+ZRStatus ReadOptionalDouble(const DOMElement& element, const char* name, double& value)
+{
     const int found = GetDoubleAttribute(element, name, value);
     if (found < 0)
         value = ZRMV::gMissingValue;
@@ -29,7 +30,8 @@ ZRStatus ReadOptionalDouble(const DOMElement& element, const char* name, double&
 // The frequencies of an Array of type "real" or "int": 108 without a type,
 // 109 for another type, 114 for text that is no list of numbers or holds a
 // negative (or missing) one.
-ZRStatus ExtractFreqArray(std::vector<double>& frequencies, const DOMElement& array) {
+ZRStatus ExtractFreqArray(std::vector<double>& frequencies, const DOMElement& array)
+{
     const XMLCh* type = GetAttribute(array, "type");
     if (!type)
         return PMMLFailure(ZRCommon::eAttributeAbsent);
@@ -45,7 +47,8 @@ ZRStatus ExtractFreqArray(std::vector<double>& frequencies, const DOMElement& ar
 
 } // namespace
 
-ZRStatus ZRPMMLParser::FillUniStats(ZRUniStats& stats, const DOMElement*& position) const {
+ZRStatus ZRPMMLParser::FillUniStats(ZRUniStats& stats, const DOMElement*& position) const
+{
     ZRStatus result = status;
     if (result.IsOK() && !document)
         result = PMMLFailure(ZRCommon::eNoDocument);
@@ -87,7 +90,8 @@ ZRStatus ZRPMMLParser::FillUniStats(ZRUniStats& stats, const DOMElement*& positi
 }
 
 ZRStatus ZRPMMLParser::FillUniStatsCat(ZRUniStats& stats, const std::string& fieldName,
-                                       double totalFreq, const DOMElement& uniStats) const {
+                                       double totalFreq, const DOMElement& uniStats) const
+{
     const DOMElement* discrStats = GetFirstChildElmt(uniStats, "DiscrStats");
     const DOMElement* array = discrStats ? GetFirstChildElmt(*discrStats, "Array") : nullptr;
     if (!array)
@@ -100,7 +104,8 @@ ZRStatus ZRPMMLParser::FillUniStatsCat(ZRUniStats& stats, const std::string& fie
 }
 
 ZRStatus ZRPMMLParser::FillUniStatsCont(ZRUniStats& stats, const std::string& fieldName,
-                                        double totalFreq, const DOMElement& uniStats) const {
+                                        double totalFreq, const DOMElement& uniStats) const
+{
     const DOMElement* numericInfo = GetFirstChildElmt(uniStats, "NumericInfo");
     if (!numericInfo)
         return PMMLFailure(ZRCommon::eChildAbsent);
@@ -133,14 +138,15 @@ ZRStatus ZRPMMLParser::FillUniStatsCont(ZRUniStats& stats, const std::string& fi
 
 ZRStatus ZRPMMLParser::FillCutPointsFreqs(std::vector<double>& cutPoints,
                                           std::vector<double>& frequencies, bool& leftOpen,
-                                          const DOMElement& contStats) const {
+                                          const DOMElement& contStats) const
+{
     cutPoints.clear();
     frequencies.clear();
     leftOpen = true;
     bool unbounded = false;
     ZRStatus result;
-    for (const DOMElement* interval = GetFirstChildElmt(contStats, "Interval");
-         interval; interval = GetNextSiblingElmt(*interval, "Interval")) {
+    for (const DOMElement* interval = GetFirstChildElmt(contStats, "Interval"); interval;
+         interval = GetNextSiblingElmt(*interval, "Interval")) {
         if (unbounded)
             return PMMLFailure(ZRCommon::eIntervalsDontFit);
         double left = 0.0;
@@ -174,7 +180,8 @@ ZRStatus ZRPMMLParser::FillCutPointsFreqs(std::vector<double>& cutPoints,
 }
 
 ZRStatus ZRPMMLParser::ExtractInterval(double& leftMargin, double& rightMargin, bool& leftOpen,
-                                       const DOMElement& interval) const {
+                                       const DOMElement& interval) const
+{
     ZRStatus result = ReadOptionalDouble(interval, "leftMargin", leftMargin);
     if (result.IsOK())
         result = ReadOptionalDouble(interval, "rightMargin", rightMargin);

@@ -26,8 +26,7 @@ inline ZRCommon::ZRStatus Fail(ZRCommon::StatusCode code)
 
 // The held status if it is not OK; else eNoDocument without a document,
 // eNoParameters without a Parameters element; else OK.
-ZRCommon::ZRStatus Opening(const ZRCommon::ZRStatus& status,
-                           const xercesc::DOMDocument* document,
+ZRCommon::ZRStatus Opening(const ZRCommon::ZRStatus& status, const xercesc::DOMDocument* document,
                            const xercesc::DOMElement* parameters);
 
 // The scope of a query: the group that `context` stands for, or the

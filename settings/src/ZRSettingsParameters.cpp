@@ -43,9 +43,18 @@ bool ReadItem(const XMLCh* text, double& item)
 }
 
 // A list leaves out empty names; numbers are never empty.
-bool IsLeftOut(const std::string& item) { return item.empty(); }
-bool IsLeftOut(int) { return false; }
-bool IsLeftOut(double) { return false; }
+bool IsLeftOut(const std::string& item)
+{
+    return item.empty();
+}
+bool IsLeftOut(int)
+{
+    return false;
+}
+bool IsLeftOut(double)
+{
+    return false;
+}
 
 // One item of a list: 123 when it holds no value, 109 when the form refuses
 // it; an empty name is left out.
@@ -164,8 +173,8 @@ ZRStatus ReadValue(const XMLCh* text, bool& out)
 }
 
 template <class T>
-ZRStatus ReadParameter(const ZRStatus& opening, const xercesc::DOMElement* scope,
-                       const char* name, T& out)
+ZRStatus ReadParameter(const ZRStatus& opening, const xercesc::DOMElement* scope, const char* name,
+                       T& out)
 {
     const XMLCh* text = nullptr;
     const ZRStatus result = FindValue(opening, scope, name, text);
@@ -195,8 +204,7 @@ ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, std::string&
                          Scope(context, parametersElement), name, out);
 }
 
-ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, int& out,
-                                                  void* context) const
+ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, int& out, void* context) const
 {
     return ReadParameter(Opening(status, document, parametersElement),
                          Scope(context, parametersElement), name, out);
@@ -209,8 +217,7 @@ ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, double& out,
                          Scope(context, parametersElement), name, out);
 }
 
-ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, bool& out,
-                                                  void* context) const
+ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, bool& out, void* context) const
 {
     return ReadParameter(Opening(status, document, parametersElement),
                          Scope(context, parametersElement), name, out);
@@ -272,16 +279,15 @@ ZRCommon::ZRStatus ZRSettingsParser::GetMatrix(const char* name,
                       Scope(context, parametersElement), name, out);
 }
 
-ZRCommon::ZRStatus ZRSettingsParser::GetMatrix(const char* name,
-                                               std::vector<std::vector<int>>& out, void* context)
+ZRCommon::ZRStatus ZRSettingsParser::GetMatrix(const char* name, std::vector<std::vector<int>>& out,
+                                               void* context)
 {
     return ReadMatrix(Opening(status, document, parametersElement),
                       Scope(context, parametersElement), name, out);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::GetMatrix(const char* name,
-                                               std::vector<std::vector<double>>& out,
-                                               void* context)
+                                               std::vector<std::vector<double>>& out, void* context)
 {
     return ReadMatrix(Opening(status, document, parametersElement),
                       Scope(context, parametersElement), name, out);

@@ -15,8 +15,7 @@ namespace ZRXPrsUtil {
 
 namespace Settings {
 
-ZRCommon::ZRStatus Opening(const ZRCommon::ZRStatus& status,
-                           const xercesc::DOMDocument* document,
+ZRCommon::ZRStatus Opening(const ZRCommon::ZRStatus& status, const xercesc::DOMDocument* document,
                            const xercesc::DOMElement* parameters)
 {
     if (!status.IsOK())
@@ -54,10 +53,7 @@ const xercesc::DOMElement* FindNamedChild(const xercesc::DOMElement* scope, cons
 
 } // namespace Settings
 
-ZRSettingsParser::ZRSettingsParser()
-    : ZRPMMLParser(), parametersElement(nullptr)
-{
-}
+ZRSettingsParser::ZRSettingsParser() : ZRPMMLParser(), parametersElement(nullptr) {}
 
 ZRSettingsParser::~ZRSettingsParser() = default;
 

@@ -48,8 +48,8 @@ ZRCommon::ZRStatus ZRSettingsParser::GetVariables(const char* name,
         const xercesc::DOMElement* list = GetFirstChildElmt(*parameter, "ListValue");
         if (list == nullptr)
             return Fail(ZRCommon::eNoListValue);
-        for (const xercesc::DOMElement* value = GetFirstChildElmt(*list, "Value");
-             value != nullptr; value = GetNextSiblingElmt(*value, "Value")) {
+        for (const xercesc::DOMElement* value = GetFirstChildElmt(*list, "Value"); value != nullptr;
+             value = GetNextSiblingElmt(*value, "Value")) {
             const XMLCh* text = GetAttribute(*value, "value");
             if (text == nullptr)
                 return Fail(ZRCommon::eAttributeAbsent);

@@ -106,7 +106,8 @@ TEST_F(CombinerCorpus, TransformationDictionaryBecomesTheModelsLastChild)
     ASSERT_EQ(segments.size(), 3u);
     for (std::size_t i = 0; i < segments.size(); ++i)
         EXPECT_EQ(ChildTags(Children(segments[i], nullptr).back()).back() == "LocalTransformations",
-                  i == 1) << i;
+                  i == 1)
+            << i;
     const std::vector<Element> moved = Children(
         Child(Children(segments[1], nullptr).back(), "LocalTransformations"), "DerivedField");
     ASSERT_EQ(moved.size(), derived.size());

@@ -11,8 +11,8 @@
 #include <utility>
 
 using namespace combinertest;
-using ZRXPrsUtil::ZRXSplitPMMLCombiner;
 using ZRMTD_NAMESPACE::ZRVarList;
+using ZRXPrsUtil::ZRXSplitPMMLCombiner;
 
 namespace {
 
@@ -61,8 +61,8 @@ protected:
     void SetUp() override
     {
         AddSplitVars(list, false);
-        out = Combine({{"tree_a.pmml", {"north"}}, {"tree_b.pmml", {"south"}},
-                       {"tree_c.pmml", {"south"}}});
+        out = Combine(
+            {{"tree_a.pmml", {"north"}}, {"tree_b.pmml", {"south"}}, {"tree_c.pmml", {"south"}}});
     }
     std::unique_ptr<Combined> out;
 };
@@ -105,8 +105,7 @@ TEST_F(CombinerOfThreeTrees, SchemaIsTheUnionInFirstSeenOrderWithTheSplitVariabl
 TEST_F(CombinerOfThreeTrees, OneSegmentPerModelWithItsPredicateAndDerivedFieldsLast)
 {
     EXPECT_EQ(Att(out->MiningModel(), "functionName"), "classification");
-    EXPECT_EQ(Att(Child(out->MiningModel(), "Segmentation"), "multipleModelMethod"),
-              "selectFirst");
+    EXPECT_EQ(Att(Child(out->MiningModel(), "Segmentation"), "multipleModelMethod"), "selectFirst");
     // Same split values twice give two segments with the same predicate.
     EXPECT_EQ(PredicatesOf(*out),
               (Texts{"region equal north", "region equal south", "region equal south"}));
@@ -163,8 +162,8 @@ TEST_F(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
     EXPECT_EQ(out->SchemaNames(), (Texts{"x", "color", "y", "region", "year", "z"}));
     // An empty value drops only its own condition; with none left the
     // segment can never be chosen.
-    EXPECT_EQ(PredicatesOf(*out), (Texts{"and(region equal north, year equal 2021)",
-                                       "and(year equal 2022)", "False"}));
+    EXPECT_EQ(PredicatesOf(*out),
+              (Texts{"and(region equal north, year equal 2021)", "and(year equal 2022)", "False"}));
 }
 
 // A host locale with a decimal comma: the numeric split variable's values
@@ -227,8 +226,11 @@ TEST_F(CombinerDictionary, ValuesKnownFromAnyEarlierModelComeOnce)
     ZRXSplitPMMLCombiner combiner(list);
     const Texts north{"north"};
     EXPECT_TRUE(combiner.AddModel(model("1.pmml", {"v0", "v1"}, {}), north).IsOK());
-    EXPECT_TRUE(combiner.AddModel(model("2.pmml", {"v2", "v1", "v2", "v3"}, {"s", "s"}), north).IsOK());
-    EXPECT_TRUE(combiner.AddModel(model("3.pmml", {"v3", "v2", "v4", "v0", "v4"}, {"m", "s"}), north).IsOK());
+    EXPECT_TRUE(
+        combiner.AddModel(model("2.pmml", {"v2", "v1", "v2", "v3"}, {"s", "s"}), north).IsOK());
+    EXPECT_TRUE(
+        combiner.AddModel(model("3.pmml", {"v3", "v2", "v4", "v0", "v4"}, {"m", "s"}), north)
+            .IsOK());
     EXPECT_TRUE(combiner.AddModel(model("4.pmml", {"v4", "v5"}, {"m", "l"}), north).IsOK());
     ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
     Combined out(dir.Path("out.pmml"));
@@ -243,10 +245,14 @@ TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)
     // File, status at the first position, status at a later one. A later
     // document without PMML root or without model passes and adds no Segment.
     const std::vector<std::tuple<std::string, long, long>> bad = {
-        {"bad/missing.pmml", 104, 104},    {"bad/not_xml.txt", 104, 104},
-        {"bad/cut.pmml", 104, 104},        {"bad/mining_model.pmml", 125, 125},
-        {"bad/no_function.pmml", 108, 108}, {"bad/empty_function.pmml", 109, 124},
-        {"tree_a.pmml", 0, 124},           {"bad/wrong_root.xml", 105, 0},
+        {"bad/missing.pmml", 104, 104},
+        {"bad/not_xml.txt", 104, 104},
+        {"bad/cut.pmml", 104, 104},
+        {"bad/mining_model.pmml", 125, 125},
+        {"bad/no_function.pmml", 108, 108},
+        {"bad/empty_function.pmml", 109, 124},
+        {"tree_a.pmml", 0, 124},
+        {"bad/wrong_root.xml", 105, 0},
         {"bad/no_model.pmml", 113, 0},
     };
     for (const auto& [file, first, later] : bad) {
@@ -345,13 +351,14 @@ TEST_F(CombinerTest, ModelsAreCopiedNodeForNode)
     const auto out = Combine({{"markup.pmml", {"north"}}, {"markup.pmml", {"south"}}});
     std::ifstream in(dir.Path("out.pmml"));
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    const std::string model =
-        "<TreeModel functionName=\"classification\" modelName=\"m&amp;m\">\n"
-        "    <!-- kept as written -->\n"
-        "    <MiningSchema><MiningField name=\"x\"/><MiningField name=\"y\" usageType=\"target\"/></MiningSchema>\n"
-        "    <?engine keep this?>\n"
-        "    <Node score=\"a&quot;b\"><True/><Extension name=\"note\"><![CDATA[x < 1 && y]]></Extension></Node>\n"
-        "  </TreeModel>";
+    const std::string model = "<TreeModel functionName=\"classification\" modelName=\"m&amp;m\">\n"
+                              "    <!-- kept as written -->\n"
+                              "    <MiningSchema><MiningField name=\"x\"/><MiningField name=\"y\" "
+                              "usageType=\"target\"/></MiningSchema>\n"
+                              "    <?engine keep this?>\n"
+                              "    <Node score=\"a&quot;b\"><True/><Extension "
+                              "name=\"note\"><![CDATA[x < 1 && y]]></Extension></Node>\n"
+                              "  </TreeModel>";
     const size_t first = text.find(model);
     ASSERT_NE(first, std::string::npos) << text;
     EXPECT_NE(text.find(model, first + 1), std::string::npos);

@@ -35,19 +35,18 @@ TEST(Status, NamedCodesHaveTheirPublishedNumbers)
     const struct {
         long named;
         long number;
-    } codes[] = {
-        {ZRCommon::eCannotStart, 103},      {ZRCommon::eCannotParse, 104},
-        {ZRCommon::eWrongRoot, 105},        {ZRCommon::eNoDataDictionary, 106},
-        {ZRCommon::eNoDocument, 107},       {ZRCommon::eAttributeAbsent, 108},
-        {ZRCommon::eNotAccepted, 109},      {ZRCommon::eNoBins, 110},
-        {ZRCommon::eVariableRefused, 111},  {ZRCommon::eNoModel, 112},
-        {ZRCommon::eChildAbsent, 113},      {ZRCommon::eBadFrequencies, 114},
-        {ZRCommon::eIntervalsDontFit, 115}, {ZRCommon::eInvalidStatistics, 116},
-        {ZRCommon::eCannotWrite, 118},      {ZRCommon::eNoParameters, 119},
-        {ZRCommon::eNoSuchParameter, 120},  {ZRCommon::eIsList, 121},
-        {ZRCommon::eNoListValue, 122},      {ZRCommon::eNoValue, 123},
-        {ZRCommon::eOtherFunction, 124},    {ZRCommon::eIsMiningModel, 125},
-        {ZRCommon::eSplitValuesDontMatch, 126}};
+    } codes[] = {{ZRCommon::eCannotStart, 103},         {ZRCommon::eCannotParse, 104},
+                 {ZRCommon::eWrongRoot, 105},           {ZRCommon::eNoDataDictionary, 106},
+                 {ZRCommon::eNoDocument, 107},          {ZRCommon::eAttributeAbsent, 108},
+                 {ZRCommon::eNotAccepted, 109},         {ZRCommon::eNoBins, 110},
+                 {ZRCommon::eVariableRefused, 111},     {ZRCommon::eNoModel, 112},
+                 {ZRCommon::eChildAbsent, 113},         {ZRCommon::eBadFrequencies, 114},
+                 {ZRCommon::eIntervalsDontFit, 115},    {ZRCommon::eInvalidStatistics, 116},
+                 {ZRCommon::eCannotWrite, 118},         {ZRCommon::eNoParameters, 119},
+                 {ZRCommon::eNoSuchParameter, 120},     {ZRCommon::eIsList, 121},
+                 {ZRCommon::eNoListValue, 122},         {ZRCommon::eNoValue, 123},
+                 {ZRCommon::eOtherFunction, 124},       {ZRCommon::eIsMiningModel, 125},
+                 {ZRCommon::eSplitValuesDontMatch, 126}};
     for (const auto& code : codes) {
         EXPECT_EQ(code.number, code.named);
         EXPECT_EQ(code.number, ZRStatus(code.named, false).GetCode());
@@ -117,8 +116,8 @@ TEST(Format, ShortestTextThatReadsBackToTheSameDouble)
     EXPECT_EQ("NaN", Format(std::nan(""), false, nullptr));
     EXPECT_EQ("INF", Format(std::numeric_limits<double>::infinity(), false, nullptr));
     EXPECT_EQ("-INF", Format(-std::numeric_limits<double>::infinity(), false, nullptr));
-    for (double value : {1.0 / 3, DBL_MAX, -DBL_MAX, DBL_MIN, 5e-324, 123456789.123456789,
-                         ZRMV::gMissingValue}) {
+    for (double value :
+         {1.0 / 3, DBL_MAX, -DBL_MAX, DBL_MIN, 5e-324, 123456789.123456789, ZRMV::gMissingValue}) {
         const std::string text = Format(value, false, nullptr);
         double back = 0;
         std::from_chars(text.data(), text.data() + text.size(), back);

@@ -81,7 +81,8 @@ TEST(VarList, RefusesDuplicateNamesAndUnpairedLabels)
     EXPECT_LT(list.AddCatVar("x", "", std::vector<double>{1}, IZRVariable::eRoleInput), 0);
     EXPECT_LT(list.SetWeightVar("x", "", IZRVariable::eRoundNearest), 0);
     EXPECT_LT(list.AddCatVar("y", "", std::vector<double>{1, 2}, std::vector<std::string>{"a"},
-                             IZRVariable::eRoleInput), 0);
+                             IZRVariable::eRoleInput),
+              0);
     EXPECT_EQ(1u, list.Size());
     // An empty name is a name like any other, once.
     EXPECT_EQ(1, list.AddContVar("", "", IZRVariable::eRoleInput));
@@ -119,9 +120,9 @@ TEST(VarList, EncoderRecordsMissingValuesRangeAndCallOrder)
     EXPECT_TRUE(encoder->HasMissingRange());
     EXPECT_EQ(-99, encoder->GetMissingRangeLower());
     EXPECT_EQ(-90, encoder->GetMissingRangeUpper());
-    EXPECT_EQ((std::vector<std::string>{"SetBinLabels", "AddMissing", "AddMissing",
-                                        "SetMissingRange"}),
-              encoder->GetCallOrder());
+    EXPECT_EQ(
+        (std::vector<std::string>{"SetBinLabels", "AddMissing", "AddMissing", "SetMissingRange"}),
+        encoder->GetCallOrder());
 }
 
 TEST(VarList, OutOfRangeIndexGivesNullVariableAndASpareEncoder)
@@ -132,7 +133,7 @@ TEST(VarList, OutOfRangeIndexGivesNullVariableAndASpareEncoder)
     EXPECT_EQ(nullptr, constList.GetVarAt(-1));
     IZREncoder* spare = list.GetEncoderAt(7);
     ASSERT_NE(nullptr, spare);
-    spare->AddMissing(1.0, "");  // goes nowhere that a variable sees
+    spare->AddMissing(1.0, ""); // goes nowhere that a variable sees
     list.AddContVar("x", "", IZRVariable::eRoleInput);
     EXPECT_TRUE(list.GetEncoderAt(0)->GetNumericMissing().empty());
 }

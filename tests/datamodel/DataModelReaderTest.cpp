@@ -10,9 +10,9 @@
 #include <limits>
 #include <memory>
 
-using ZRXPrsUtil::ZRDataModelParser;
 using ZRMTD_NAMESPACE::IZRVariable;
 using ZRMTD_NAMESPACE::ZRVarList;
+using ZRXPrsUtil::ZRDataModelParser;
 
 namespace {
 
@@ -27,7 +27,8 @@ long ParseAndFill(const std::string& text, ZRVarList& list, bool alternateInputR
 {
     ZRDataModelParser parser;
     const long parsed = parser.ParseToDOM(text).GetCode();
-    return parsed ? parsed : parser.FillVarList(list, alternateInputRole, useBins, binCount).GetCode();
+    return parsed ? parsed
+                  : parser.FillVarList(list, alternateInputRole, useBins, binCount).GetCode();
 }
 
 typedef std::vector<std::string> Texts;
@@ -46,8 +47,10 @@ TEST(DataModelStatus, FailedParsesAnswerEveryLaterFillWithTheirCode)
 {
     std::vector<std::pair<std::string, long>> cases = {
         {"<!DOCTYPE DataModel [<!ENTITY x SYSTEM 'file://" ZRX_TEST_DATA_DIR "/xml/canary.txt'>]>" +
-             Model("<Field name='&x;' storage='string' measure='nominal'/>"), 104},
-        {"<PMML><Fields/></PMML>", 105}, {"<datamodel><Fields/></datamodel>", 105},
+             Model("<Field name='&x;' storage='string' measure='nominal'/>"),
+         104},
+        {"<PMML><Fields/></PMML>", 105},
+        {"<datamodel><Fields/></datamodel>", 105},
         {"<dm:DataModel xmlns:dm='urn:x'><Fields/></dm:DataModel>", 105},
         {"<DataModel><fields/><Other><Fields/></Other></DataModel>", 113}};
     for (const auto& entry : std::filesystem::directory_iterator(ZRX_TEST_DATA_DIR "/xml/bad"))
@@ -92,7 +95,10 @@ TEST(DataModelStatus, TheWalkStopsAtTheFirstFailingField)
     const std::string before = "<Field name='f1' storage='real' measure='continuous'/><Other/>"
                                "<Field name='f2' storage='string' measure='nominal'/>";
     const std::string after = "<Field name='f4' storage='real' measure='continuous'/>";
-    struct Case { const char* third; long code; };
+    struct Case {
+        const char* third;
+        long code;
+    };
     for (const Case& c : {Case{"<Field storage='real' measure='continuous'/>", 108},
                           Case{"<Field name='f3' measure='continuous'/>", 108},
                           Case{"<Field name='f3' storage='real'/>", 108},
@@ -108,7 +114,13 @@ TEST(DataModelStatus, TheWalkStopsAtTheFirstFailingField)
 
 TEST(DataModelVariables, StorageMeasureAndRoleGiveKindCodeAndRole)
 {
-    struct Case { const char* attributes; int type; int code; int role; int altRole; };
+    struct Case {
+        const char* attributes;
+        int type;
+        int code;
+        int role;
+        int altRole;
+    };
     const Case cases[] = {
         {"storage='integer' measure='continuous' role='input'", 1, 1, 4, 5},
         {"storage='real' measure='continuous' role='Input'", 1, 2, 0, 0},
@@ -131,7 +143,8 @@ TEST(DataModelVariables, StorageMeasureAndRoleGiveKindCodeAndRole)
             const IZRVariable* v = list.GetVarAt(i);
             EXPECT_EQ(v->GetVarType(), cases[i].type) << cases[i].attributes;
             EXPECT_EQ(v->GetValueFormat(), cases[i].code) << cases[i].attributes;
-            EXPECT_EQ(v->GetRole(), alternate ? cases[i].altRole : cases[i].role) << cases[i].attributes;
+            EXPECT_EQ(v->GetRole(), alternate ? cases[i].altRole : cases[i].role)
+                << cases[i].attributes;
             EXPECT_FALSE(v->IsWeight());
         }
         // Text-valued: the Range is not read.
@@ -142,13 +155,19 @@ TEST(DataModelVariables, StorageMeasureAndRoleGiveKindCodeAndRole)
 
 TEST(DataModelVariables, WeightAndBins)
 {
-    const std::string doc = Model(
-        "<Field name='x' storage='real' measure='continuous'/>"
-        "<Field name='w' displayLabel='Weight' storage='real' measure='continuous' role='freqWeight'>"
-        "<Range minValue='1'/></Field>");
-    struct Case { bool useBins; int count; bool flag; int passed; };
-    for (const Case& c : {Case{true, 10, true, 10}, Case{true, 2, true, 2}, Case{true, 1, false, -1},
-                          Case{true, -5, false, -1}, Case{false, 10, false, -1}}) {
+    const std::string doc = Model("<Field name='x' storage='real' measure='continuous'/>"
+                                  "<Field name='w' displayLabel='Weight' storage='real' "
+                                  "measure='continuous' role='freqWeight'>"
+                                  "<Range minValue='1'/></Field>");
+    struct Case {
+        bool useBins;
+        int count;
+        bool flag;
+        int passed;
+    };
+    for (const Case& c :
+         {Case{true, 10, true, 10}, Case{true, 2, true, 2}, Case{true, 1, false, -1},
+          Case{true, -5, false, -1}, Case{false, 10, false, -1}}) {
         ZRVarList list;
         ASSERT_EQ(ParseAndFill(doc, list, false, c.useBins, c.count), 0);
         EXPECT_EQ(list.GetVarAt(0)->GetUseBins(), c.flag) << c.count;
@@ -157,7 +176,7 @@ TEST(DataModelVariables, WeightAndBins)
         EXPECT_TRUE(w->IsWeight());
         EXPECT_EQ(w->GetWeightRounding(), IZRVariable::eRoundNearest);
         EXPECT_EQ(w->GetLabel(), "Weight");
-        EXPECT_FALSE(w->GetUseBins());   // neither bins nor range reach it
+        EXPECT_FALSE(w->GetUseBins()); // neither bins nor range reach it
         EXPECT_NE(w->GetMinimum(), 1.0);
     }
 }
@@ -172,7 +191,7 @@ TEST(DataModelVariables, ValuesAndRanges)
     EXPECT_EQ(list.GetEncoderAt(0)->GetNumericValues(), (Numbers{1, 3}));
     EXPECT_TRUE(list.GetEncoderAt(0)->GetValueLabels().empty());
     EXPECT_EQ(list.GetEncoderAt(1)->GetNumericValues(), (Numbers{kMissing}));
-    EXPECT_TRUE(list.GetEncoderAt(1)->GetValueLabels().empty());  // n, m: 2 for 1
+    EXPECT_TRUE(list.GetEncoderAt(1)->GetValueLabels().empty()); // n, m: 2 for 1
     EXPECT_EQ(list.GetVarAt(2)->GetName(), "r\xC3\xA9gion");
     EXPECT_EQ(list.GetVarAt(2)->GetLabel(), "& pays");
     EXPECT_EQ(list.GetEncoderAt(2)->GetStringValues(), (Texts{"NaN", " x "}));
@@ -185,7 +204,7 @@ TEST(DataModelVariables, ValuesAndRanges)
         EXPECT_EQ(list.GetVarAt(4 + i)->GetMinimum(), minimum[i]) << i;
         EXPECT_EQ(list.GetVarAt(4 + i)->GetMaximum(), maximum[i]) << i;
     }
-    EXPECT_EQ(list.GetVarAt(7)->GetNValues(), 0);  // continuous: no value list
+    EXPECT_EQ(list.GetVarAt(7)->GetNValues(), 0); // continuous: no value list
 }
 
 TEST(DataModelVariables, TheBundledExampleReadsAsWritten)
@@ -196,7 +215,8 @@ TEST(DataModelVariables, TheBundledExampleReadsAsWritten)
     const IZRVariable* income = list.GetVarAt(list.FindVar("income"));
     EXPECT_EQ(income->GetLabel(), "Yearly income (\xE2\x82\xAC)");
     EXPECT_EQ(income->GetMinimum(), 0);
-    EXPECT_EQ(list.GetEncoderAt(list.FindVar("satisfaction"))->GetValueLabels().back(), "Very happy");
+    EXPECT_EQ(list.GetEncoderAt(list.FindVar("satisfaction"))->GetValueLabels().back(),
+              "Very happy");
     EXPECT_EQ(list.GetEncoderAt(list.FindVar("products"))->GetNumericValues(),
               (Numbers{1, 2, 3, kMissing, 4}));
     EXPECT_TRUE(list.GetVarAt(list.FindVar("survey_weight"))->IsWeight());

@@ -14,7 +14,8 @@ TEST_F(Cp1252Test, FittingRuleCountedAndTerminated)
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 5, "abcd", -1), "4 0|abcd\\0Z");
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 5, "abcdefghi", -1), "4 1|abcd\\0Z");
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 5, "abcdefghi", 9), "5 1|abcdeZ");
-    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 3, "", 0), "0 0| ZZZ") << "an empty text gets its space";
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 3, "", 0), "0 0| ZZZ")
+        << "an empty text gets its space";
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 1, "", -1), "0 0|\\0Z");
     EXPECT_EQ(Fixed(VORKMB8to16, 2, "a", 1), "1 0|0061 0020 7777") << "one unit of room is room";
     EXPECT_EQ(Fixed(VORKMB8to16, 3, "abcd"), "2 1|0061 0062 0000 7777");
@@ -22,7 +23,11 @@ TEST_F(Cp1252Test, FittingRuleCountedAndTerminated)
     EXPECT_EQ(Fixed(VORKMB8to16, -5, "abc", 3), "3 1|7777");
     EXPECT_EQ(Fixed(VORKMB16to8, 0, U16({0x20AC}).c_str()), "3 1|Z");
     int code = -1;
-    EXPECT_EQ(VORKMB8to16(nullptr, 10, "\xE2\x82\xAC" "ab", -1, &code), 3);
+    EXPECT_EQ(VORKMB8to16(nullptr, 10,
+                          "\xE2\x82\xAC"
+                          "ab",
+                          -1, &code),
+              3);
     EXPECT_EQ(code, 1);
     EXPECT_EQ(VORKMB8to16(nullptr, 0, nullptr, 5, nullptr), 0) << "a null source is empty";
 }
@@ -34,14 +39,17 @@ TEST_F(GbkTest, CuttingAtCharacterBoundaries)
     EXPECT_EQ(Fixed(VORKMB8to16, 2, "a\xF0\x9F\x98\x80", 5), "1 1|0061 0020 7777");
     EXPECT_EQ(Fixed(VORKMB16to8, 4, U16({0x20AC, 0x20AC}).c_str(), 2), "3 1|\xE2\x82\xAC Z");
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 4, "\xD6\xD0\xD6\xD0", 4), "3 1|\xE4\xB8\xAD Z");
-    EXPECT_EQ(Fixed(VORKMB16toCodePage, nullptr, 5, U16({'a', 0x4E2D, 0x4E2D}).c_str()), "3 1|a\xD6\xD0\\0ZZ");
-    EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 3, "\xE4\xB8\xAD\xE4\xB8\xAD", 6), "2 1|\xD6\xD0 Z");
+    EXPECT_EQ(Fixed(VORKMB16toCodePage, nullptr, 5, U16({'a', 0x4E2D, 0x4E2D}).c_str()),
+              "3 1|a\xD6\xD0\\0ZZ");
+    EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 3, "\xE4\xB8\xAD\xE4\xB8\xAD", 6),
+              "2 1|\xD6\xD0 Z");
 }
 
 // Ill-formed UTF-8 or UTF-16 converts to nothing and reports 3.
 TEST_F(EncodingTest, IllFormedUnicodeGivesTroubleAndAnEmptyText)
 {
-    const char* bad[] = {"a\x80", "\xC0\xAF", "\xE0\x80\xAF", "\xED\xA0\x80", "\xE2\x82", "\xF4\x90\x80\x80", "\xFF"};
+    const char* bad[] = {"a\x80",    "\xC0\xAF",         "\xE0\x80\xAF", "\xED\xA0\x80",
+                         "\xE2\x82", "\xF4\x90\x80\x80", "\xFF"};
     for (const char* s : bad) {
         SCOPED_TRACE(testing::PrintToString(s));
         EXPECT_EQ(Fixed(VORKMB8to16, 2, s), "0 3|0000 7777 7777");
@@ -61,7 +69,8 @@ TEST_F(EncodingTest, IllFormedUnicodeGivesTroubleAndAnEmptyText)
 TEST_F(CLocaleTest, RoomInAWideCodePage)
 {
     std::string out;
-    EXPECT_EQ(VORKMBU8ToCodePage(nullptr, out, "\xFF"), 1) << "U+FFFD takes three bytes of a room of two";
+    EXPECT_EQ(VORKMBU8ToCodePage(nullptr, out, "\xFF"), 1)
+        << "U+FFFD takes three bytes of a room of two";
     EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 8, "a\xFF"), "4 3|a\xEF\xBF\xBD\\0ZZZZ");
     EXPECT_EQ(Take(VORKMBTranscodeCodePage(U16({0x20AC, 0x20AC, 0x20AC}).c_str())),
               "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC");
@@ -71,14 +80,17 @@ TEST_F(GbkTest, StringAndNewArrayForms)
 {
     U16String u16;
     std::string u8, cp;
-    EXPECT_EQ(Out(VORKMBU8ToU16(u16, "a\xE4\xB8\xAD\xF0\x9F\x98\x80"), u16), "0|0061 4E2D D83D DE00");
+    EXPECT_EQ(Out(VORKMBU8ToU16(u16, "a\xE4\xB8\xAD\xF0\x9F\x98\x80"), u16),
+              "0|0061 4E2D D83D DE00");
     EXPECT_EQ(Out(VORKMBU16ToU8(u8, u16), u8), "0|a\xE4\xB8\xAD\xF0\x9F\x98\x80");
     EXPECT_EQ(Out(VORKMBU8ToCodePage(nullptr, cp, "a\xE4\xB8\xAD"), cp), "0|a\xD6\xD0");
     EXPECT_EQ(Out(VORKMBCodePageToU8(nullptr, u8, cp), u8), "0|a\xE4\xB8\xAD");
     EXPECT_EQ(Out(VORKMBCodePageToU16(nullptr, u16, cp), u16), "0|0061 4E2D");
-    EXPECT_EQ(Out(VORKMBU16ToCodePage(nullptr, cp, U16({0x4E2D, 0x0E01})), cp), "3|\xD6\xD0?") << "no Thai in GBK";
+    EXPECT_EQ(Out(VORKMBU16ToCodePage(nullptr, cp, U16({0x4E2D, 0x0E01})), cp), "3|\xD6\xD0?")
+        << "no Thai in GBK";
     std::string same = "a\xE4\xB8\xAD";
-    EXPECT_EQ(Out(VORKMBU8ToCodePage(nullptr, same, same), same), "0|a\xD6\xD0") << "target and source in one";
+    EXPECT_EQ(Out(VORKMBU8ToCodePage(nullptr, same, same), same), "0|a\xD6\xD0")
+        << "target and source in one";
     // GB18030 takes four bytes for U+00C0, more than the room of one code
     // page byte per UTF-8 byte.
     Converter gb18030 = Open("gb18030");

@@ -27,8 +27,8 @@
 #include <string>
 
 // Skips the rest of a test that needs the default converter still unmade.
-#define REQUIRE_FRESH_PROCESS()                                                                        \
-    if (ZRMem::VORKMBDefaultConverterID() != 0)                                                        \
+#define REQUIRE_FRESH_PROCESS()                                                                    \
+    if (ZRMem::VORKMBDefaultConverterID() != 0)                                                    \
     GTEST_SKIP() << "the default converter is made already; this test needs a process of its own"
 
 namespace ZRMemTest {
@@ -136,7 +136,8 @@ std::string Shown(const std::basic_string<T>& text)
         if (sizeof(T) == 1) {
             shown += u ? std::string(1, static_cast<char>(u)) : "\\0";
         } else {
-            std::snprintf(unit, sizeof unit, shown.empty() ? "%04X" : " %04X", static_cast<unsigned>(u));
+            std::snprintf(unit, sizeof unit, shown.empty() ? "%04X" : " %04X",
+                          static_cast<unsigned>(u));
             shown += unit;
         }
     }
@@ -174,20 +175,24 @@ std::string RunFixed(int capacity, Convert convert)
 }
 
 template <class T, class S>
-std::string Fixed(int (*convert)(T*, int, const S*, int, int*), int capacity, const S* source, int length = -1)
+std::string Fixed(int (*convert)(T*, int, const S*, int, int*), int capacity, const S* source,
+                  int length = -1)
 {
-    return RunFixed<T>(capacity, [&](T* t, int n, int* code) { return convert(t, n, source, length, code); });
+    return RunFixed<T>(capacity,
+                       [&](T* t, int n, int* code) { return convert(t, n, source, length, code); });
 }
 
 template <class T, class S>
-std::string Fixed(int (*convert)(void*, T*, int, const S*, int, int*), void* cnv, int capacity, const S* source,
-                  int length = -1)
+std::string Fixed(int (*convert)(void*, T*, int, const S*, int, int*), void* cnv, int capacity,
+                  const S* source, int length = -1)
 {
-    return RunFixed<T>(capacity, [&](T* t, int n, int* code) { return convert(cnv, t, n, source, length, code); });
+    return RunFixed<T>(
+        capacity, [&](T* t, int n, int* code) { return convert(cnv, t, n, source, length, code); });
 }
 
 // Runs a copy into 8 bytes of 'Z' and shows them.
-inline std::string Copied(char* (*copy)(char*, const char*, size_t), const char* source, size_t size)
+inline std::string Copied(char* (*copy)(char*, const char*, size_t), const char* source,
+                          size_t size)
 {
     char target[8];
     std::fill(std::begin(target), std::end(target), 'Z');
@@ -201,8 +206,9 @@ inline void EncodingTest::UseLocale(const char* locale, const char* codePage)
         << "locale " << locale << " is missing; scripts/make-locales.sh generates it";
     UConverter* def = ZRMem::Internal::ExistingDefaultConverter();
     if (codePage && VORKMBDefaultConverterID() != 0 && (!def || NameOf(def) != IcuName(codePage)))
-        GTEST_SKIP() << "the default converter was made for another locale; this test needs a process "
-                        "of its own, as ctest gives it";
+        GTEST_SKIP()
+            << "the default converter was made for another locale; this test needs a process "
+               "of its own, as ctest gives it";
 }
 
 } // namespace ZRMemTest

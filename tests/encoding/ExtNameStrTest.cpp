@@ -65,21 +65,25 @@ TEST_F(UnknownCodeSetTest, CodePageFormsFollowTheDefaultConverterOnceItOpens)
 {
     REQUIRE_FRESH_PROCESS();
     ExtNameStr name;
-    name.SetU8("\xC3\xA9" "a");
+    name.SetU8("\xC3\xA9"
+               "a");
     EXPECT_EQ(VORKMBGetDefaultConverter(), nullptr);
     EXPECT_EQ(name.GetCP(), "");
     EXPECT_EQ(name.GetSystem(), "");
     EXPECT_EQ(name.ErrorCode(), 3);
     ASSERT_NE(std::setlocale(LC_ALL, "zh_CN.GBK"), nullptr);
     const int id = VORKMBDefaultConverterID();
-    EXPECT_EQ(name.GetCP(), "\xA8\xA6" "a");
+    EXPECT_EQ(name.GetCP(), "\xA8\xA6"
+                            "a");
     EXPECT_EQ(VORKMBDefaultConverterID(), id + 1);
-    EXPECT_EQ(name.GetCP(), "\xA8\xA6" "a");
+    EXPECT_EQ(name.GetCP(), "\xA8\xA6"
+                            "a");
     EXPECT_EQ(name.ErrorCode(), 0);
     EXPECT_EQ(VORKMBDefaultConverterID(), id + 1);
     // ICU does not know the system encoding (ARMSCII-8): the default
     // converter serves.
-    EXPECT_EQ(name.GetSystem(), "\xA8\xA6" "a");
+    EXPECT_EQ(name.GetSystem(), "\xA8\xA6"
+                                "a");
 }
 
 // Unmappable text reports 3 when the code page form is made (here on the
@@ -88,7 +92,7 @@ TEST_F(GbkTest, BadTextIsReported)
 {
     REQUIRE_FRESH_PROCESS();
     ExtNameStr name;
-    name.SetU8("\xE0\xB8\x81");  // U+0E01: no Thai in GBK
+    name.SetU8("\xE0\xB8\x81"); // U+0E01: no Thai in GBK
     EXPECT_EQ(name.ErrorCode(), 0);
     EXPECT_EQ(name.GetCP(), "?");
     EXPECT_EQ(name.ErrorCode(), 3);

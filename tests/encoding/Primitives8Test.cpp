@@ -6,25 +6,37 @@
 using namespace ZRMemTest;
 
 namespace {
-const char kEuro[] = "\xE2\x82\xAC";       // U+20AC, three bytes
-const char kGrin[] = "\xF0\x9F\x98\x80";   // U+1F600, four bytes
+const char kEuro[] = "\xE2\x82\xAC";     // U+20AC, three bytes
+const char kGrin[] = "\xF0\x9F\x98\x80"; // U+1F600, four bytes
 } // namespace
 
 // mbclen goes by the lead byte alone, cut short at the NUL; mblen counts only
 // a valid character and gives -1 for anything else.
 TEST(Utf8Stepping, CharacterLengthAndPrevious)
 {
-    const struct { const char* text; size_t byLead; int valid; } cases[] = {
-        {"a", 1, 1}, {"\xC3\xA9", 2, 2}, {kEuro, 3, 3}, {"\xEF\xBC\xA1", 3, 3}, {kGrin, 4, 4},
-        {"\xE2", 1, -1}, {"\xE2\x82", 2, -1}, {"\x80", 1, -1}, {"\xF8\x80\x80\x80\x80", 1, -1}};
+    const struct {
+        const char* text;
+        size_t byLead;
+        int valid;
+    } cases[] = {{"a", 1, 1},
+                 {"\xC3\xA9", 2, 2},
+                 {kEuro, 3, 3},
+                 {"\xEF\xBC\xA1", 3, 3},
+                 {kGrin, 4, 4},
+                 {"\xE2", 1, -1},
+                 {"\xE2\x82", 2, -1},
+                 {"\x80", 1, -1},
+                 {"\xF8\x80\x80\x80\x80", 1, -1}};
     for (const auto& c : cases) {
         EXPECT_EQ(VORKMBmbclen_8(c.text), c.byLead) << testing::PrintToString(c.text);
-        EXPECT_EQ(VORKMBmblen_8(c.text, std::strlen(c.text)), c.valid) << testing::PrintToString(c.text);
+        EXPECT_EQ(VORKMBmblen_8(c.text, std::strlen(c.text)), c.valid)
+            << testing::PrintToString(c.text);
     }
     // Two overlong forms, a surrogate, above U+10FFFF, a missing trail byte,
     // five-byte forms and the noncharacters U+FDD0, U+FFFE and U+1FFFF.
-    for (const char* s : {"\xC0\x80", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x41\x41",
-                          "\xF8\x88\x80\x80", "\xFE", "\xEF\xB7\x90", "\xEF\xBF\xBE", "\xF0\x9F\xBF\xBF"})
+    for (const char* s :
+         {"\xC0\x80", "\xE0\x80\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\xE2\x41\x41",
+          "\xF8\x88\x80\x80", "\xFE", "\xEF\xB7\x90", "\xEF\xBF\xBE", "\xF0\x9F\xBF\xBF"})
         EXPECT_EQ(VORKMBmblen_8(s, std::strlen(s)), -1) << testing::PrintToString(s);
     EXPECT_EQ(VORKMBmblen_8(kEuro, 2), -1) << "fewer bytes available than the character needs";
     EXPECT_EQ(VORKMBmblen_8("a", 0), 0);
@@ -34,8 +46,9 @@ TEST(Utf8Stepping, CharacterLengthAndPrevious)
     EXPECT_EQ(VORKMBstrinc_8(kEuro), kEuro + 3);
     // Stepping back lands on a character's start, or one byte back from a
     // lone trail byte or from inside a character.
-    const char text[] = "a\xE2\x82\xAC\x80" "b";
-    const size_t previous[] = {0, 0, 1, 2, 1, 4};  // for the indexes 0 to 5
+    const char text[] = "a\xE2\x82\xAC\x80"
+                        "b";
+    const size_t previous[] = {0, 0, 1, 2, 1, 4}; // for the indexes 0 to 5
     for (size_t i = 0; i < 6; ++i)
         EXPECT_EQ(VORKMBPreviousIndex_8(text, i), previous[i]) << i;
     EXPECT_EQ(VORKMBPreviousIndex_8("a\xEF\xB7\x90", 4), 3u) << "behind a noncharacter: one back";
@@ -48,7 +61,8 @@ TEST(Utf8Stepping, CharacterLengthAndPrevious)
 // bytes at the end are dropped; a full target has no terminator.
 TEST(Utf8Copy, NeverLeavesPartOfACharacter)
 {
-    EXPECT_EQ(Copied(VORKMBstrncpy_8, (std::string(kEuro) + kEuro).c_str(), 4), "\xE2\x82\xAC\\0ZZZZ");
+    EXPECT_EQ(Copied(VORKMBstrncpy_8, (std::string(kEuro) + kEuro).c_str(), 4),
+              "\xE2\x82\xAC\\0ZZZZ");
     EXPECT_EQ(Copied(VORKMBstrncpy_8, "abc", 3), "abcZZZZZ");
     EXPECT_EQ(Copied(VORKMBstrncpy_8, "ab\xEF\xBF\xBE", 8), "ab\\0\\0\\0\\0\\0\\0");
     EXPECT_EQ(Copied(VORKMBstrncpy_8, "a\x80\x80", 8), "a\\0\\0\\0\\0\\0\\0\\0");
@@ -62,7 +76,13 @@ TEST(Utf8Copy, NeverLeavesPartOfACharacter)
 TEST(Utf8Comparison, CaseBlindByCodePoint)
 {
     int bad = -1;
-    EXPECT_EQ(VORKMBCompare_8("\xC3\x84" "BC", -1, "\xC3\xA4" "bc", -1, &bad), 0);
+    EXPECT_EQ(VORKMBCompare_8("\xC3\x84"
+                              "BC",
+                              -1,
+                              "\xC3\xA4"
+                              "bc",
+                              -1, &bad),
+              0);
     EXPECT_EQ(bad, 0);
     EXPECT_EQ(VORKMBstrnicmp_8("Hello", "HELP", 3), 0);
     EXPECT_EQ(VORKMBstrnicmp_8("Hello", "HELP", 4), -1);
@@ -93,7 +113,10 @@ TEST(Utf8Search, CodePointsAndSets)
     EXPECT_EQ(VORKMBstrcspn_8(s, kGrin), 8u);
     EXPECT_EQ(VORKMBstrcspn_8(s, "xyz"), text.size());
     EXPECT_EQ(VORKMBstrcspn_8("a\x80z", "z"), 2u) << "an ill-formed byte steps one";
-    EXPECT_EQ(VORKMBstrcspn_8(s, "x\x80" "b"), text.size()) << "the set ends at its first bad byte";
+    EXPECT_EQ(VORKMBstrcspn_8(s, "x\x80"
+                                 "b"),
+              text.size())
+        << "the set ends at its first bad byte";
     // The set holds 64 members: a 65th is not looked at.
     std::string set;
     for (char c = '0'; c < '0' + 64; ++c)

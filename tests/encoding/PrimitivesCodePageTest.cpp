@@ -11,7 +11,8 @@ TEST_F(GbkTest, SteppingByTheLocalesLeadBytes)
     EXPECT_EQ(VORKMBIsLeadByte_C(0x81), 1);
     EXPECT_EQ(VORKMBIsLeadByte_C('a'), 0);
     EXPECT_EQ(VORKMBIsLeadByte_C(0x1D6), 0);
-    const char text[] = "a\xD6\xD0\xCE\xC4" "b";
+    const char text[] = "a\xD6\xD0\xCE\xC4"
+                        "b";
     EXPECT_EQ(VORKMBmbclen_C(text + 1), 2u);
     EXPECT_EQ(VORKMBmbclen_C(text), 1u);
     EXPECT_EQ(VORKMBmbclen_C("\xD6"), 1u) << "a lead byte before the terminator stands alone";
@@ -20,12 +21,12 @@ TEST_F(GbkTest, SteppingByTheLocalesLeadBytes)
     EXPECT_EQ(VORKMBmblen_C(text + 1, 1), -1);
     EXPECT_EQ(VORKMBmblen_C("\xFF", 1), -1);
     // A trail byte belongs to its lead, both for a start and a step back.
-    const size_t starts[] = {0, 1, 1, 3, 3, 5, 6};  // for the indexes 0 to 6
+    const size_t starts[] = {0, 1, 1, 3, 3, 5, 6}; // for the indexes 0 to 6
     for (size_t i = 0; i < 7; ++i)
         EXPECT_EQ(VORKMBFindStart_C(text, i), starts[i]) << i;
     EXPECT_EQ(VORKMBFindStart_C(text, 99), 6u);
     EXPECT_EQ(VORKMBFindStart_C(nullptr, 3), 0u);
-    const int previous[] = {0, 0, 1, 1, 3, 3, 5};  // of the positions 0 to 6, at starts
+    const int previous[] = {0, 0, 1, 1, 3, 3, 5}; // of the positions 0 to 6, at starts
     for (int i : {0, 1, 3, 5, 6})
         EXPECT_EQ(VORKMBAnsiPrev_C(text, text + i), text + previous[i]) << i;
 }
@@ -48,17 +49,22 @@ TEST_F(GbkTest, CopyKeepsWholeCharacters)
 {
     EXPECT_EQ(Copied(VORKMBstrncpy_C, "\xD6\xD0\xCE\xC4", 3), "\xD6\xD0\\0ZZZZZ");
     EXPECT_EQ(Copied(VORKMBstrncpy_C, "ab\xD6", 5), "ab\\0\\0\\0ZZZ");
-    EXPECT_EQ(Copied(VORKMBstrncpy_C, nullptr, 2), "ZZZZZZZZ") << "a null source leaves the target alone";
-    char overlap[] = "xx\xD6\xD0" "a";
+    EXPECT_EQ(Copied(VORKMBstrncpy_C, nullptr, 2), "ZZZZZZZZ")
+        << "a null source leaves the target alone";
+    char overlap[] = "xx\xD6\xD0"
+                     "a";
     VORKMBstrncpy_C(overlap, overlap + 2, 4);
-    EXPECT_EQ(std::string(overlap, 4), std::string("\xD6\xD0" "a\0", 4));
+    EXPECT_EQ(std::string(overlap, 4), std::string("\xD6\xD0"
+                                                   "a\0",
+                                                   4));
 }
 
 // Search and sets compare at character starts only: 0xD0 is only a trail
 // byte here, and 'P' (0x50) is the trail of D6 50.
 TEST_F(GbkTest, SearchAtCharacterStarts)
 {
-    const char text[] = "\xD6\xD0\xD6P" "aP";
+    const char text[] = "\xD6\xD0\xD6P"
+                        "aP";
     EXPECT_EQ(VORKMBstrchr_C(text, 0xD0), nullptr);
     EXPECT_EQ(VORKMBstrchr_C(text, 'P'), text + 5);
     EXPECT_EQ(VORKMBstrrchr_C(text, 'P'), text + 5);
@@ -66,7 +72,8 @@ TEST_F(GbkTest, SearchAtCharacterStarts)
     EXPECT_EQ(VORKMBstrchr_C(text, 0), text + 6);
     EXPECT_EQ(VORKMBstrchr_C(text, 'q'), nullptr);
     const char cut[] = "a\xD6";
-    EXPECT_EQ(VORKMBstrrchr_C(cut, 0xD6), cut + 1) << "a lead byte before the terminator stands alone";
+    EXPECT_EQ(VORKMBstrrchr_C(cut, 0xD6), cut + 1)
+        << "a lead byte before the terminator stands alone";
     // Sets have no member limit; a bad byte is one raw unit.
     std::string set;
     for (int i = 0; i < 64; ++i)
@@ -74,7 +81,10 @@ TEST_F(GbkTest, SearchAtCharacterStarts)
     set += "\xD6\xD0";
     EXPECT_EQ(VORKMBstrcspn_C("!~\xD6\xD0", set.c_str()), 2u);
     EXPECT_EQ(VORKMBstrcspn_C("!!", set.c_str()), 2u);
-    EXPECT_EQ(VORKMBstrcspn_C("!\x81\x7F" "0", set.c_str()), 3u);
+    EXPECT_EQ(VORKMBstrcspn_C("!\x81\x7F"
+                              "0",
+                              set.c_str()),
+              3u);
     EXPECT_EQ(VORKMBstrcspn_C("\xCE\xC4\xD6\xD0", "\xD6\xD0"), 2u);
 }
 
@@ -95,8 +105,10 @@ TEST_F(GbkTest, CodePointsThroughTheDefaultConverter)
 
 TEST_F(GbkTest, GenericFormsFollowTheMode)
 {
-    const char utf8[] = "\xE4\xB8\xAD" "a";  // U+4E2D in UTF-8
-    const char gbk[] = "\xD6\xD0" "a";
+    const char utf8[] = "\xE4\xB8\xAD"
+                        "a"; // U+4E2D in UTF-8
+    const char gbk[] = "\xD6\xD0"
+                       "a";
     EXPECT_EQ(VORKMBstrinc_A(utf8), utf8 + 3);
     EXPECT_EQ(VORKMBstrchr_A(utf8, 0x4E2D), utf8);
     EXPECT_EQ(VORKMBstrnicmp_A("\xC3\x84", "\xC3\xA4", 2), 0);

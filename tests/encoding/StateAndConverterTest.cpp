@@ -59,7 +59,8 @@ TEST_F(EncodingTest, EnableLocaleMovesACLocaleOnceAndSystemEncodingIsKept)
     unsetenv("LC_ALL");
     EnableLocale();
     EXPECT_STREQ(std::getenv("LC_ALL"), "en_US");
-    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "en_US") << "scripts/make-locales.sh generates it";
+    EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "en_US")
+        << "scripts/make-locales.sh generates it";
     EXPECT_STREQ(SystemEncoding(), "CP1252") << "a locale name without '.'";
     std::setlocale(LC_ALL, "C");
     unsetenv("LC_ALL");
@@ -82,10 +83,14 @@ TEST_F(GbkTest, SystemEncodingComesFromTheCharacterLocale)
 // else goes to ICU as a name; "windows-28591" falls back to Latin-1.
 TEST_F(GbkTest, ConverterNamesAndNumbers)
 {
-    const std::pair<const char*, const char*> opens[] = {
-        {"1252", "windows-1252"}, {"01252", "windows-1252"}, {"cp1252", "windows-1252"},
-        {"windows-1252", "windows-1252"}, {"936", "GBK"}, {"932", "Shift_JIS"}, {"37", "IBM037"},
-        {"WINDOWS-28591", "ISO-8859-1"}};
+    const std::pair<const char*, const char*> opens[] = {{"1252", "windows-1252"},
+                                                         {"01252", "windows-1252"},
+                                                         {"cp1252", "windows-1252"},
+                                                         {"windows-1252", "windows-1252"},
+                                                         {"936", "GBK"},
+                                                         {"932", "Shift_JIS"},
+                                                         {"37", "IBM037"},
+                                                         {"WINDOWS-28591", "ISO-8859-1"}};
     for (const auto& [name, icu] : opens)
         EXPECT_EQ(NameOf(Open(name).get()), IcuName(icu)) << name;
     for (const char* name : {"0", "100000", "1252x", "", "99999", "no-such-code-page"})
@@ -107,11 +112,15 @@ TEST_F(GbkTest, ConvertersSubstituteQuestionMarksAndReportTrouble)
     std::string out;
     U16String u16;
     EXPECT_EQ(Out(VORKMBU16ToCodePage(cp1252.get(), out, U16({'a', 0x4E2D, 'b'})), out), "3|a?b");
-    EXPECT_EQ(Fixed(VORKMB16toCodePage, cp1252.get(), 3, U16({'a', 0x4E2D, 'b'}).c_str(), 3), "3 3|a?bZ");
-    EXPECT_EQ(Out(VORKMBCodePageToU16(nullptr, u16, "\xD6\xD0\x81\x7Fy"), u16), "3|4E2D 003F 007F 0079")
+    EXPECT_EQ(Fixed(VORKMB16toCodePage, cp1252.get(), 3, U16({'a', 0x4E2D, 'b'}).c_str(), 3),
+              "3 3|a?bZ");
+    EXPECT_EQ(Out(VORKMBCodePageToU16(nullptr, u16, "\xD6\xD0\x81\x7Fy"), u16),
+              "3|4E2D 003F 007F 0079")
         << "GBK: 0x7F is no trail byte";
-    EXPECT_EQ(Out(VORKMBCodePageToU16(nullptr, u16, "a\x81"), u16), "3|0061 003F") << "a cut character";
-    EXPECT_EQ(Out(VORKMBU16ToCodePage(nullptr, out, U16({'a', 0xD800, 'b'})), out), "3|a?b") << "lone surrogate";
+    EXPECT_EQ(Out(VORKMBCodePageToU16(nullptr, u16, "a\x81"), u16), "3|0061 003F")
+        << "a cut character";
+    EXPECT_EQ(Out(VORKMBU16ToCodePage(nullptr, out, U16({'a', 0xD800, 'b'})), out), "3|a?b")
+        << "lone surrogate";
 }
 
 // Case-blind by code point; a bad byte compares as its raw value and is

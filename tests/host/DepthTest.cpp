@@ -119,7 +119,7 @@ TEST_P(Depth, CombinerAddsAndExports)
         return out.str();
     });
     if (Past()) {
-        EXPECT_EQ("104/104", got);   // the export answers with the refusal
+        EXPECT_EQ("104/104", got); // the export answers with the refusal
         return;
     }
     EXPECT_EQ("0/0", got);
@@ -146,14 +146,13 @@ TEST_P(Depth, DocumentReaderAndWriter)
         return;
     }
     EXPECT_EQ("0/0/1", got);
-    EXPECT_EQ(static_cast<std::size_t>(Levels() - 2),
-              Count(zrxhost::ReadText(output), "<Node "));
+    EXPECT_EQ(static_cast<std::size_t>(Levels() - 2), Count(zrxhost::ReadText(output), "<Node "));
 }
 
 INSTANTIATE_TEST_SUITE_P(AtAndPastTheLimit, Depth, ::testing::Values(0, 1),
                          [](const ::testing::TestParamInfo<int>& param) {
                              return param.param == 0 ? std::string("AtTheLimit")
-                                                    : std::string("OneLevelPast");
+                                                     : std::string("OneLevelPast");
                          });
 
 // The limit counts nesting, not elements: any number of siblings, empty or

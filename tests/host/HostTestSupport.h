@@ -87,8 +87,8 @@ inline bool RunWithStack(const std::function<void()>& work, std::size_t bytes)
         return nullptr;
     };
     pthread_t thread;
-    const int made = pthread_create(&thread, &attr, call,
-                                    const_cast<std::function<void()>*>(&work));
+    const int made =
+        pthread_create(&thread, &attr, call, const_cast<std::function<void()>*>(&work));
     pthread_attr_destroy(&attr);
     if (made != 0)
         return false;

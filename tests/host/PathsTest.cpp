@@ -127,8 +127,8 @@ TEST_F(Paths, NoDocumentReachesTheNetworkThroughAnyReader)
     ZRXPrsUtil::ZRXMLReadWrite remote;
     EXPECT_EQ(104, remote.ParseToDOM(listener.Url("http", "doc.xml")).GetCode());
     const std::string dtd = "<!DOCTYPE PMML SYSTEM \"" + listener.Url("http", "d.dtd") + "\">";
-    const std::string entity = "<!DOCTYPE PMML [<!ENTITY e SYSTEM \"" +
-                               listener.Url("http", "e.xml") + "\">]>";
+    const std::string entity =
+        "<!DOCTYPE PMML [<!ENTITY e SYSTEM \"" + listener.Url("http", "e.xml") + "\">]>";
     const std::string schema =
         "xmlns:xsi=\"http://www.w3.org/2001/XMLSchema-instance\" xsi:schemaLocation=\"urn:x " +
         listener.Url("http", "s.xsd") + "\" xsi:noNamespaceSchemaLocation=\"" +

@@ -77,8 +77,7 @@ TEST(Reuse, PMMLReaderHoldsOneDocument)
     EXPECT_LT(GrowthPerParse([&] {
                   std::istringstream in(text);
                   ZRVarList vars;
-                  return reader.ParseToDOM(in).IsOK() &&
-                         reader.FillVarList(vars, {}, false).IsOK();
+                  return reader.ParseToDOM(in).IsOK() && reader.FillVarList(vars, {}, false).IsOK();
               }),
               kAllowedPerParse);
 }

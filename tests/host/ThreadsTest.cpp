@@ -57,7 +57,8 @@ void PMML(std::ostringstream& out)
     out << reader.FillVarList(vars, {}, false).GetCode() << ' ';
     Names(vars, out);
     const xercesc::DOMElement* root = reader.GetRootElement();
-    const xercesc::DOMElement* model = root ? ZRXPrsUtil::GetFirstChildElmt(*root, "TreeModel") : nullptr;
+    const xercesc::DOMElement* model =
+        root ? ZRXPrsUtil::GetFirstChildElmt(*root, "TreeModel") : nullptr;
     if (!model || !reader.SetModelElmt(*model)) {
         out << "no model\n";
         return;
@@ -102,7 +103,8 @@ void Combine(const std::string& outPath, std::ostringstream& out)
     ZRXPrsUtil::ZRXSplitPMMLCombiner combiner(splitVars);
     out << "combine ";
     for (const std::string& region : regions)
-        out << combiner.AddModel(kExamples + "/split/churn_" + region + ".pmml", {region}).GetCode();
+        out << combiner.AddModel(kExamples + "/split/churn_" + region + ".pmml", {region})
+                   .GetCode();
     out << ' ' << combiner.ExportMiningModel(outPath).GetCode() << '\n'
         << zrxhost::ReadText(outPath) << '\n';
 }

@@ -27,10 +27,10 @@ namespace {
 // open in it, and texts to check it with.
 struct Host {
     const char* locale;
-    const char* codePage;   // a name under which ICU opens the code page
-    const char* cpText;     // a text in the code page ...
-    const char* u8Text;     // ... and in UTF-8
-    const char* upper;      // a capital letter in the code page, and its small letter
+    const char* codePage; // a name under which ICU opens the code page
+    const char* cpText;   // a text in the code page ...
+    const char* u8Text;   // ... and in UTF-8
+    const char* upper;    // a capital letter in the code page, and its small letter
     const char* lower;
     const char* systemText; // cpText's UTF-8 in the system encoding
 };
@@ -175,8 +175,10 @@ int main(int argc, char** argv)
         return 1;
     }
     if (!std::setlocale(LC_ALL, "")) {
-        std::fprintf(stderr, "test_host_locale: locale %s is missing; scripts/make-locales.sh generates it\n",
-                     wanted);
+        std::fprintf(
+            stderr,
+            "test_host_locale: locale %s is missing; scripts/make-locales.sh generates it\n",
+            wanted);
         return 1;
     }
     return RUN_ALL_TESTS();

@@ -20,9 +20,10 @@ namespace fs = std::filesystem;
 namespace {
 
 // A node and all below it as text: type, name, attributes in order, value.
-std::string Dump(const xercesc::DOMNode& node) {
-    std::string text = std::to_string(node.getNodeType()) + ":" +
-                       ZRXPrsUtil::ToUTF8(node.getNodeName());
+std::string Dump(const xercesc::DOMNode& node)
+{
+    std::string text =
+        std::to_string(node.getNodeType()) + ":" + ZRXPrsUtil::ToUTF8(node.getNodeName());
     if (const xercesc::DOMNamedNodeMap* attributes = node.getAttributes())
         for (XMLSize_t i = 0; i < attributes->getLength(); ++i)
             text += " " + ZRXPrsUtil::ToUTF8(attributes->item(i)->getNodeName()) + "=" +
@@ -30,19 +31,22 @@ std::string Dump(const xercesc::DOMNode& node) {
     if (node.getNodeValue())
         text += "'" + ZRXPrsUtil::ToUTF8(node.getNodeValue()) + "'";
     text += "[";
-    for (const xercesc::DOMNode* child = node.getFirstChild(); child; child = child->getNextSibling())
+    for (const xercesc::DOMNode* child = node.getFirstChild(); child;
+         child = child->getNextSibling())
         text += Dump(*child);
     return text + "]";
 }
 
-bool IsModel(const xercesc::DOMNode& node) {
+bool IsModel(const xercesc::DOMNode& node)
+{
     return node.getNodeType() == xercesc::DOMNode::ELEMENT_NODE &&
            ZRXPrsUtil::IsPMMLModelTag(node.getNodeName());
 }
 
 // What the reader gives of a document: the parse, the variables with and
 // without bins, and the statistics of each model that is a child of the root.
-std::string Reading(Parser& parser) {
+std::string Reading(Parser& parser)
+{
     std::string text = "parse " + std::to_string(parser.GetStatus().GetCode());
     for (const bool useBins : {false, true}) {
         ZRVarList list;
@@ -72,7 +76,8 @@ std::string Reading(Parser& parser) {
     return text;
 }
 
-long ParseFile(Parser& parser, const fs::path& path, bool readBodies) {
+long ParseFile(Parser& parser, const fs::path& path, bool readBodies)
+{
     parser.SetReadModelBodies(readBodies);
     return parser.ParseFile(path.string());
 }
@@ -109,7 +114,8 @@ const std::string kDocument =
     " <pmml:TreeModel><Node/></pmml:TreeModel>\n"
     "</PMML>";
 
-TEST(PMMLModelBodies, OnlyTheHeadOfEachModelIsBuilt) {
+TEST(PMMLModelBodies, OnlyTheHeadOfEachModelIsBuilt)
+{
     Parser whole;
     Parser skipped;
     EXPECT_TRUE(whole.GetReadModelBodies());
@@ -123,7 +129,7 @@ TEST(PMMLModelBodies, OnlyTheHeadOfEachModelIsBuilt) {
     std::size_t models = 0;
     for (; full && part; full = full->getNextSibling(), part = part->getNextSibling()) {
         if (!IsModel(*full)) {
-            EXPECT_EQ(Dump(*part), Dump(*full));  // outside the models: whole
+            EXPECT_EQ(Dump(*part), Dump(*full)); // outside the models: whole
             continue;
         }
         ++models;
@@ -150,7 +156,8 @@ TEST(PMMLModelBodies, OnlyTheHeadOfEachModelIsBuilt) {
     EXPECT_EQ(Reading(skipped), Reading(whole));
 }
 
-TEST(PMMLModelBodies, SettingHoldsForEveryLaterParse) {
+TEST(PMMLModelBodies, SettingHoldsForEveryLaterParse)
+{
     Parser parser;
     parser.SetReadModelBodies(false);
     const std::string text = pmmltest::Doc("", "<TreeModel><Node/></TreeModel>");
@@ -161,9 +168,10 @@ TEST(PMMLModelBodies, SettingHoldsForEveryLaterParse) {
     // A parse that breaks off inside a skipped body leaves nothing behind for
     // the next one.
     EXPECT_EQ(parser.Parse("<PMML><DataDictionary/><TreeModel><Node><Node>"), 104);
-    ASSERT_EQ(parser.Parse(pmmltest::Doc("<DataField name='a' optype='continuous' dataType='double'/>",
-                                         "<TreeModel><Node/><ModelStats/></TreeModel>")),
-              0);
+    ASSERT_EQ(
+        parser.Parse(pmmltest::Doc("<DataField name='a' optype='continuous' dataType='double'/>",
+                                   "<TreeModel><Node/><ModelStats/></TreeModel>")),
+        0);
     EXPECT_EQ(parser.Count(u"Node"), 0u);
     EXPECT_EQ(parser.Count(u"ModelStats"), 1u);
     EXPECT_EQ(parser.Count(u"DataField"), 1u);
@@ -184,7 +192,8 @@ TEST(PMMLModelBodies, SettingHoldsForEveryLaterParse) {
 }
 
 // Every corpus file reads the same with and without the bodies.
-TEST(PMMLModelBodies, CorpusReadsTheSame) {
+TEST(PMMLModelBodies, CorpusReadsTheSame)
+{
     std::size_t files = 0;
     std::size_t lighter = 0;
     for (const zrxtest::CorpusFile& document : zrxtest::CorpusFiles()) {
@@ -200,7 +209,8 @@ TEST(PMMLModelBodies, CorpusReadsTheSame) {
     EXPECT_GT(lighter, files / 2);
 }
 
-TEST(PMMLModelBodies, GeneratedEnsembleReadsTheSame) {
+TEST(PMMLModelBodies, GeneratedEnsembleReadsTheSame)
+{
 #ifndef ZRX_SMALL_ENSEMBLE
     GTEST_SKIP() << "no generated ensemble (Python 3 not found at configure time)";
 #else

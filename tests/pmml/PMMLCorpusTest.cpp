@@ -58,7 +58,8 @@ const std::map<std::string, std::string> kWalks = {
     {"jpmml-evaluator-bigml/ClusterDiabetes.pmml", "116|115|115|115|115|115|115|115"},
     {"jpmml-evaluator-bigml/LogisticregressionIris.pmml", "115|116|115|116"},
     {"jpmml-transpiler-sklearn2pmml/LightGBMIris.pmml", "116|116|116|116"},
-    {"jpmml-transpiler-sklearn2pmml/LogisticRegressionAudit.pmml", "109|109|109|109|109|116|116|116"},
+    {"jpmml-transpiler-sklearn2pmml/LogisticRegressionAudit.pmml",
+     "109|109|109|109|109|116|116|116"},
     {"jpmml-transpiler-sklearn2pmml/XGBoostAuto.pmml", "109|109|109|116|116|116|116"},
     {"jpmml-transpiler-sklearn2pmml/SelectFirstAudit.pmml", "109|109|109|109|109|116|116|116"},
     {"jpmml-transpiler-sklearn2pmml/DecisionTreeAuto.pmml", "109|109|109|116|116|116|116"},
@@ -72,7 +73,8 @@ const std::pair<const char*, const char*> kFields[] = {
     {"big-life-lab-pmml/tests/integration/expected-pmml.xml",
      "RACA_6A 3;1|2;Yes|No;6=not applicable|7=don't know (7)|8=refusal (8)|9=not stated (9);;"},
     {"big-life-lab-pmml/tests/integration/expected-pmml.xml",
-     "ALCA_5A1 1;;;996=not applicable|997=don't know (997)|998=refusal (998)|999=not stated (999);;"},
+     "ALCA_5A1 1;;;996=not applicable|997=don't know (997)|998=refusal (998)|999=not stated "
+     "(999);;"},
     {"jpmml-transpiler-sklearn2pmml/LightGBMAutoNA.pmml", "cylinders 3;3|4|5|6|8;;;;"},
     {"jpmml-transpiler-sklearn2pmml/LightGBMAutoNA.pmml", "weight 1;;;M=;;"},
     {"pmml4s/dmg_general_multinomial_logistic.xml", "minority 2;0|1;Non-Minority|Minority;;;"},
@@ -85,7 +87,8 @@ const std::pair<const char*, const char*> kFields[] = {
 // Whether a table entry names a document that was read: a document of a
 // folder that the tree lacks belongs to the extra corpus, and is excused
 // without it.
-bool Read(const std::set<std::string>& seen, const std::string& name) {
+bool Read(const std::set<std::string>& seen, const std::string& name)
+{
     const std::string folder = name.substr(0, name.find('/'));
     return seen.count(name) != 0 ||
            (zrxtest::ExtraCorpusDir().empty() && !fs::is_directory(zrxtest::CorpusDir() / folder));
@@ -93,18 +96,21 @@ bool Read(const std::set<std::string>& seen, const std::string& name) {
 
 // The statuses of the statistics of the model that holds the first
 // ModelStats, one object kept through the walk; "" without ModelStats.
-std::string WalkStats(Parser& parser) {
+std::string WalkStats(Parser& parser)
+{
     const xercesc::DOMElement* modelStats = parser.Find(u"ModelStats");
     if (!modelStats)
         return "";
     std::vector<ZRMetadata::ZRUniStats> kept;
     const auto& model = *static_cast<const xercesc::DOMElement*>(modelStats->getParentNode());
     const std::vector<long> codes = pmmltest::Walk(
-        parser, model, [&] { return kept.empty() ? ZRMetadata::ZRUniStats() : kept.back(); }, &kept);
+        parser, model, [&] { return kept.empty() ? ZRMetadata::ZRUniStats() : kept.back(); },
+        &kept);
     return Join(codes, [](long code) { return std::to_string(code); });
 }
 
-TEST(PMMLCorpus, EveryFileIsRead) {
+TEST(PMMLCorpus, EveryFileIsRead)
+{
     std::size_t inTree = 0;
     std::set<std::string> seen;
     for (const zrxtest::CorpusFile& document : zrxtest::CorpusFiles()) {
@@ -133,7 +139,8 @@ TEST(PMMLCorpus, EveryFileIsRead) {
         EXPECT_TRUE(Read(seen, entry.first)) << entry.first;
 }
 
-TEST(PMMLCorpus, HandCheckedFields) {
+TEST(PMMLCorpus, HandCheckedFields)
+{
     std::set<std::string> seen;
     for (const auto& [file, expected] : kFields) {
         const fs::path path = zrxtest::CorpusPath(file);
@@ -152,7 +159,8 @@ TEST(PMMLCorpus, HandCheckedFields) {
         EXPECT_TRUE(Read(seen, entry.first)) << entry.first;
     // A list of wanted fields passes over the boolean field that stops a full walk.
     Parser parser;
-    ASSERT_EQ(parser.ParseFile((zrxtest::CorpusDir() / "gopmml/cash_out_fraud_0.1.0.xml").string()), 0);
+    ASSERT_EQ(parser.ParseFile((zrxtest::CorpusDir() / "gopmml/cash_out_fraud_0.1.0.xml").string()),
+              0);
     ZRVarList list;
     EXPECT_TRUE(parser.FillVarList(list, {"amount", "max_failed_logins"}, false).IsOK());
     EXPECT_EQ(list.Size(), 2u);

@@ -10,7 +10,8 @@ using pmmltest::Parser;
 
 namespace {
 
-std::string Laughs() {
+std::string Laughs()
+{
     std::string text = "<!DOCTYPE PMML [<!ENTITY a0 \"ha\">";
     for (int i = 1; i < 8; ++i) {
         const std::string prev = "&a" + std::to_string(i - 1) + ";";
@@ -20,7 +21,8 @@ std::string Laughs() {
     return text + "]><PMML><DataDictionary><DataField name=\"&a7;\"/></DataDictionary></PMML>";
 }
 
-TEST(PMMLDocument, StatusOfEachKindOfDocument) {
+TEST(PMMLDocument, StatusOfEachKindOfDocument)
+{
     const std::pair<std::string, long> cases[] = {
         {Doc("", "<TransformationDictionary/>"), 0},
         {"\xEF\xBB\xBF  <PMML><DataDictionary/></PMML>", 0},
@@ -34,7 +36,8 @@ TEST(PMMLDocument, StatusOfEachKindOfDocument) {
         {Doc("<X a=\"\xC3\x28\"/>"), 104},
         {"<?xml version=\"1.0\" encoding=\"no-such-encoding\"?>" + Doc(""), 104},
         {"<pmml><DataDictionary/></pmml>", 105},
-        {"<ns1:PMML xmlns:ns1=\"http://www.dmg.org/PMML-4_2\"><ns1:DataDictionary/></ns1:PMML>", 105},
+        {"<ns1:PMML xmlns:ns1=\"http://www.dmg.org/PMML-4_2\"><ns1:DataDictionary/></ns1:PMML>",
+         105},
         {"<PMML><Header><DataDictionary/></Header></PMML>", 106},
     };
     for (const auto& [text, code] : cases) {
@@ -50,8 +53,9 @@ TEST(PMMLDocument, StatusOfEachKindOfDocument) {
     EXPECT_EQ(parser.ParseToDOM(broken).GetCode(), 104);
 }
 
-TEST(PMMLDocument, QueriesFollowTheLastParse) {
-    auto* other = new Parser;  // parsers live side by side, and end in any order
+TEST(PMMLDocument, QueriesFollowTheLastParse)
+{
+    auto* other = new Parser; // parsers live side by side, and end in any order
     Parser parser;
     ZRMetadata::ZRVarList list;
     ZRMetadata::ZRUniStats stats;

@@ -9,8 +9,8 @@
 using pmmltest::Doc;
 using pmmltest::Field;
 using pmmltest::Join;
-using pmmltest::Same;
 using pmmltest::Parser;
+using pmmltest::Same;
 using ZRMetadata::IZRVariable;
 using ZRMetadata::ZRVarList;
 
@@ -20,7 +20,8 @@ namespace {
 // form that pmmltest::Describe writes and explains, and the bins that come
 // with useBins. Bins stop the walk
 // at the last field, which has no Discretize.
-TEST(PMMLFields, DictionaryFileAsVariables) {
+TEST(PMMLFields, DictionaryFileAsVariables)
+{
     const std::pair<const char*, const char*> vars[] = {
         {"cat_str 3;x|y;;?=unknown|=;;", ""},
         {"cat_num 2;1|M|2;one|none|inf;6=n/a|9=bad|8=;lo..100;", ""},
@@ -49,7 +50,8 @@ TEST(PMMLFields, DictionaryFileAsVariables) {
         }
         EXPECT_EQ(list.GetVarAt(4)->GetLabel(), "Shown & told");
         EXPECT_EQ(Join(list.GetEncoderAt(5)->GetCallOrder(), Same),
-                  useBins ? "SetBinLabels|AddMissing|SetMissingRange" : "AddMissing|SetMissingRange");
+                  useBins ? "SetBinLabels|AddMissing|SetMissingRange"
+                          : "AddMissing|SetMissingRange");
     }
     std::vector<double> cuts{7.0};
     std::vector<std::string> labels{"stale"};
@@ -60,32 +62,36 @@ TEST(PMMLFields, DictionaryFileAsVariables) {
     EXPECT_TRUE(cuts.empty());
 }
 
-TEST(PMMLFields, FailuresStopTheWalk) {
+TEST(PMMLFields, FailuresStopTheWalk)
+{
     const std::pair<std::string, long> cases[] = {
         {Field("a", "boolean", "categorical"), 109},
         {Field("a", "Double"), 109},
         {"<DataField name=\"a\" optype=\"continuous\"/>", 108},
         {"<DataField name=\"a\" dataType=\"double\"/>", 108},
         {Field("a", "integer", "categorical") + Field("a", "string", "categorical"), 111},
-        {Field("x", "double"), 110},  // no TransformationDictionary
+        {Field("x", "double"), 110}, // no TransformationDictionary
     };
     for (const auto& [fields, code] : cases) {
         ZRVarList list;
         Parser parser;
-        ASSERT_EQ(parser.Parse(Doc(Field("first", "string", "categorical") + fields + Field("z", "float"))), 0);
+        ASSERT_EQ(parser.Parse(
+                      Doc(Field("first", "string", "categorical") + fields + Field("z", "float"))),
+                  0);
         EXPECT_EQ(parser.FillVarList(list, {}, true).GetCode(), code) << fields;
         EXPECT_EQ(list.Size(), code == 111 ? 2u : 1u) << fields;
     }
 }
 
-TEST(PMMLFields, WantedFieldsInDocumentOrder) {
+TEST(PMMLFields, WantedFieldsInDocumentOrder)
+{
     const std::string dictionary = Field("b", "double") + "<Other name=\"a\"/>" +
                                    "<DataField name=\"skipped\"/>" + Field("a", "string") +
                                    "<DataField dataType=\"string\"/>" + Field("c", "string");
     Parser parser;
     ASSERT_EQ(parser.Parse(Doc(dictionary)), 0);
     ZRVarList list;
-    EXPECT_EQ(parser.FillVarList(list, {"a", "b"}, false).GetCode(), 108);  // nameless field
+    EXPECT_EQ(parser.FillVarList(list, {"a", "b"}, false).GetCode(), 108); // nameless field
     ASSERT_EQ(list.Size(), 2u);
     EXPECT_EQ(list.GetVarAt(0)->GetName(), "b");
     EXPECT_EQ(list.GetVarAt(1)->GetName(), "a");
@@ -97,14 +103,15 @@ TEST(PMMLFields, WantedFieldsInDocumentOrder) {
 // The wanted list is a set of exact names: its order and repeats don't
 // matter, names the document lacks are passed over, case and non-ASCII
 // text count, and a name ends at a zero byte as its C string does.
-TEST(PMMLFields, WantedListIsASetOfExactNames) {
+TEST(PMMLFields, WantedListIsASetOfExactNames)
+{
     const std::string dictionary = Field("b", "double") + Field("\xC3\xA9t\xC3\xA9", "string") +
                                    Field("B", "string") + Field("a", "string") +
                                    Field("c", "string") + Field("\xC3\xA9", "string");
     Parser parser;
     ASSERT_EQ(parser.Parse(Doc(dictionary)), 0);
-    const std::vector<std::string> wanted{"zz", "a", "\xC3\xA9t\xC3\xA9", "a", std::string("b\0c", 3),
-                                          "missing", "\xC3\xA9t"};
+    const std::vector<std::string> wanted{
+        "zz", "a", "\xC3\xA9t\xC3\xA9", "a", std::string("b\0c", 3), "missing", "\xC3\xA9t"};
     ZRVarList list;
     EXPECT_TRUE(parser.FillVarList(list, wanted, false).IsOK());
     std::vector<std::string> names;

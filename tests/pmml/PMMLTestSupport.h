@@ -29,20 +29,24 @@ public:
     using ZRPMMLParser::FillCutPointsFreqs;
     using ZRPMMLParser::SetBinsFrTransDict;
 
-    long Parse(const std::string& text) {
+    long Parse(const std::string& text)
+    {
         std::istringstream stream(text);
         return ParseToDOM(stream).GetCode();
     }
-    long ParseFile(const std::string& path) {
+    long ParseFile(const std::string& path)
+    {
         std::ifstream stream(path, std::ios::binary);
         return ParseToDOM(stream).GetCode();
     }
     // The element of that tag and index, in document order, in the held document.
-    const xercesc::DOMElement* Find(const char16_t* tag, std::size_t index = 0) const {
+    const xercesc::DOMElement* Find(const char16_t* tag, std::size_t index = 0) const
+    {
         return static_cast<const xercesc::DOMElement*>(
             document->getElementsByTagName(tag)->item(index));
     }
-    std::size_t Count(const char16_t* tag) const {
+    std::size_t Count(const char16_t* tag) const
+    {
         return document ? document->getElementsByTagName(tag)->getLength() : 0;
     }
 };
@@ -50,21 +54,25 @@ public:
 const std::string kDictionary = ZRX_TEST_DATA_DIR "/pmml/dictionary.pmml";
 
 // A PMML document with the given DataDictionary content and what follows it.
-inline std::string Doc(const std::string& dictionary, const std::string& rest = "") {
+inline std::string Doc(const std::string& dictionary, const std::string& rest = "")
+{
     return "<PMML><DataDictionary>" + dictionary + "</DataDictionary>" + rest + "</PMML>";
 }
 
 inline std::string Field(const std::string& name, const std::string& dataType,
-                         const std::string& optype = "continuous") {
+                         const std::string& optype = "continuous")
+{
     return "<DataField name=\"" + name + "\" dataType=\"" + dataType + "\" optype=\"" + optype +
            "\"/>";
 }
 
 // Numbers as short text: "M" the missing value, "lo" and "hi" the open bounds.
-inline std::string Num(double value) {
+inline std::string Num(double value)
+{
     if (ZRMV::IsMissing(value))
         return "M";
-    if (value == std::numeric_limits<double>::lowest() || value == std::numeric_limits<double>::max())
+    if (value == std::numeric_limits<double>::lowest() ||
+        value == std::numeric_limits<double>::max())
         return value < 0 ? "lo" : "hi";
     std::ostringstream text;
     text.imbue(std::locale::classic());
@@ -73,7 +81,8 @@ inline std::string Num(double value) {
 }
 
 template <typename List, typename Show>
-std::string Join(const List& list, Show show) {
+std::string Join(const List& list, Show show)
+{
     std::string text;
     bool first = true;
     for (const auto& item : list) {
@@ -82,7 +91,8 @@ std::string Join(const List& list, Show show) {
     }
     return text;
 }
-inline std::string Same(const std::string& text) {
+inline std::string Same(const std::string& text)
+{
     return text;
 }
 
@@ -108,14 +118,15 @@ inline std::string Same(const std::string& text) {
 // cat_num is categorical numeric, with the values 1, missing and 2, labelled
 // "one", "none" and "inf"; 6 ("n/a"), 9 ("bad") and 8 (no label) are missing
 // values; everything from the lowest double to 100 is invalid; no bins.
-inline std::string Describe(const ZRMetadata::IZRVariable& var, const ZRMetadata::IZREncoder& enc) {
+inline std::string Describe(const ZRMetadata::IZRVariable& var, const ZRMetadata::IZREncoder& enc)
+{
     const int type = var.GetVarType();
-    std::string text = var.GetName() + " " + std::to_string(type) + ";" +
-                       (type == 3 ? Join(enc.GetStringValues(), Same)
-                                  : Join(enc.GetNumericValues(), Num)) + ";" +
-                       Join(enc.GetValueLabels(), Same) + ";" +
-                       Join(enc.GetNumericMissing(), [](auto& m) { return Num(m.first) + "=" + m.second; }) +
-                       Join(enc.GetStringMissing(), [](auto& m) { return m.first + "=" + m.second; }) + ";";
+    std::string text =
+        var.GetName() + " " + std::to_string(type) + ";" +
+        (type == 3 ? Join(enc.GetStringValues(), Same) : Join(enc.GetNumericValues(), Num)) + ";" +
+        Join(enc.GetValueLabels(), Same) + ";" +
+        Join(enc.GetNumericMissing(), [](auto& m) { return Num(m.first) + "=" + m.second; }) +
+        Join(enc.GetStringMissing(), [](auto& m) { return m.first + "=" + m.second; }) + ";";
     if (enc.HasMissingRange())
         text += Num(enc.GetMissingRangeLower()) + ".." + Num(enc.GetMissingRangeUpper());
     text += ";";
@@ -130,7 +141,8 @@ inline std::string Describe(const ZRMetadata::IZRVariable& var, const ZRMetadata
 // afterwards.
 template <typename Make>
 std::vector<long> Walk(Parser& parser, const xercesc::DOMElement& model, Make make,
-                       std::vector<ZRMetadata::ZRUniStats>* results = nullptr) {
+                       std::vector<ZRMetadata::ZRUniStats>* results = nullptr)
+{
     EXPECT_TRUE(parser.SetModelElmt(model));
     std::vector<long> codes;
     const xercesc::DOMElement* position = nullptr;

@@ -18,9 +18,11 @@ TEST(SettingsDocument, ParametersPathDecidesTheParse)
         {"<PMML><DataDictionary/><MiningBuildTask><Parameters/></MiningBuildTask></PMML>", 119},
         // Only the first Extension of the task is looked at.
         {"<PMML><DataDictionary/><MiningBuildTask><Extension/><Extension><Parameters/>"
-         "</Extension></MiningBuildTask></PMML>", 119},
+         "</Extension></MiningBuildTask></PMML>",
+         119},
         {"<PMML><DataDictionary/><MiningBuildTask><Extension><x:Parameters xmlns:x=\"u\"/>"
-         "</Extension></MiningBuildTask></PMML>", 119},
+         "</Extension></MiningBuildTask></PMML>",
+         119},
         {"<PMML>" + task + "</PMML>", 106},
         {"<Settings><DataDictionary/>" + task + "</Settings>", 105},
         {"<PMML><DataDictionary/>" + task, 104},
@@ -45,10 +47,12 @@ TEST(SettingsDocument, QueriesAnswerWithTheParseCode)
         ZRSettingsParser parser;
         if (code != 107) {
             ASSERT_TRUE(Parse(parser, Doc(field, "<Parameter name=\"p\" value=\"1\"/>"
-                                                 "<ComplexParameter name=\"p\"/>")).IsOK());
+                                                 "<ComplexParameter name=\"p\"/>"))
+                            .IsOK());
             ASSERT_EQ(Parse(parser, code == 106 ? "<PMML/>"
                                                 : "<PMML><DataDictionary>" + field +
-                                                      "</DataDictionary></PMML>").GetCode(),
+                                                      "</DataDictionary></PMML>")
+                          .GetCode(),
                       code);
         }
         ZRMTD_NAMESPACE::ZRVarList list;
@@ -64,8 +68,8 @@ TEST(SettingsDocument, QueriesAnswerWithTheParseCode)
         EXPECT_EQ(parser.GetFrequencyWeight(weight).GetCode(), code);
         EXPECT_EQ(parser.GetParameterType("p"), ZRSettingsParser::ParamTypeInvalid);
         EXPECT_EQ(parser.GetComplexParameter("p"), nullptr);
-        EXPECT_TRUE(list.Size() == 0 && number == 7 && numbers.size() == 1 &&
-                    matrix.size() == 1 && weight == "kept");
+        EXPECT_TRUE(list.Size() == 0 && number == 7 && numbers.size() == 1 && matrix.size() == 1 &&
+                    weight == "kept");
         // The next good parse serves queries again.
         ASSERT_TRUE(Parse(parser, Doc("", "<Parameter name=\"p\" value=\"2\"/>")).IsOK());
         EXPECT_TRUE(parser.GetParameter("p", number).IsOK());

@@ -18,17 +18,20 @@ TEST(SettingsExample, FieldsAndRoles)
     ASSERT_EQ(list.Size(), 32u);
     // name; kind, storage code, number of values; margins of a continuous one
     const std::tuple<const char*, int, int, int, double, double> cases[] = {
-        {"age", 1, 1, 0, 18, 99},           {"gender", 3, 3, 3, 0, 0},
-        {"employment", 2, 1, 5, 0, 0},      {"last_payment_date", 2, 4, 0, 0, 0},
+        {"age", 1, 1, 0, 18, 99},         {"gender", 3, 3, 3, 0, 0},
+        {"employment", 2, 1, 5, 0, 0},    {"last_payment_date", 2, 4, 0, 0, 0},
         {"open_date", 1, 4, 0, 0, 25000},
     };
     for (const auto& [name, type, storage, values, minimum, maximum] : cases) {
         const IZRVariable* v = list.GetVarAt(list.FindVar(name));
         ASSERT_NE(v, nullptr) << name;
         EXPECT_EQ(std::make_tuple(v->GetVarType(), v->GetValueFormat(), v->GetNValues()),
-                  std::make_tuple(type, storage, values)) << name;
+                  std::make_tuple(type, storage, values))
+            << name;
         EXPECT_EQ(type == 1 ? std::make_pair(v->GetMinimum(), v->GetMaximum())
-                            : std::make_pair(0.0, 0.0), std::make_pair(minimum, maximum)) << name;
+                            : std::make_pair(0.0, 0.0),
+                  std::make_pair(minimum, maximum))
+            << name;
     }
     EXPECT_EQ(list.GetVarAt(list.FindVar("age"))->GetEncoder()->GetNumericMissing().size(), 2u);
     // The derived fields come behind, the range from an Interval in an Extension.
@@ -40,7 +43,8 @@ TEST(SettingsExample, FieldsAndRoles)
     EXPECT_TRUE(parser.GetTargetVars(names).IsOK());
     EXPECT_EQ(names, Names{"default_flag"});
     EXPECT_TRUE(parser.GetCatPredictors(names).IsOK());
-    EXPECT_EQ(names, (Names{"gender", "region", "education", "employment", "home_owner", "product"}));
+    EXPECT_EQ(names,
+              (Names{"gender", "region", "education", "employment", "home_owner", "product"}));
     EXPECT_TRUE(parser.GetPredictors(names).IsOK());
     EXPECT_EQ(names.size(), 12u);
     std::string weight;
@@ -66,7 +70,7 @@ TEST(SettingsExample, ParametersInNestedGroups)
     void* holdout = parser.GetComplexParameter("holdout", validation);
     ASSERT_NE(holdout, nullptr);
     EXPECT_EQ(parser.GetComplexParameter("holdout"), nullptr);
-    EXPECT_EQ(parser.GetComplexParameter("folds", validation), nullptr);  // a Parameter
+    EXPECT_EQ(parser.GetComplexParameter("folds", validation), nullptr); // a Parameter
     double share = 0.0;
     EXPECT_TRUE(parser.GetParameter("sampleShare", share, holdout).IsOK());
     EXPECT_EQ(share, 0.3);

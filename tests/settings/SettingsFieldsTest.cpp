@@ -50,7 +50,7 @@ TEST(SettingsFields, FieldsOfAFile)
 
     const auto* codes = list.GetVarAt(3)->GetEncoder();
     EXPECT_EQ(codes->GetNumericValues(), (Doubles{1, 2}));
-    EXPECT_TRUE(codes->GetValueLabels().empty());  // one label for two values
+    EXPECT_TRUE(codes->GetValueLabels().empty()); // one label for two values
     EXPECT_EQ(codes->GetNumericMissing(),
               (std::vector<std::pair<double, std::string>>{{9, "bad"}, {8, ""}}));
     EXPECT_TRUE(codes->HasMissingRange());
@@ -103,7 +103,8 @@ TEST(SettingsFields, BinsFromTheTransformationDictionary)
 
     ZRSettingsParser noDictionary;
     ASSERT_TRUE(Parse(noDictionary, Doc("<DataField name=\"x\" dataType=\"double\" "
-                                        "optype=\"continuous\"/>")).IsOK());
+                                        "optype=\"continuous\"/>"))
+                    .IsOK());
     EXPECT_EQ(noDictionary.FillVarList(list, true).GetCode(), 110);
     EXPECT_TRUE(noDictionary.FillTransDict(list).IsOK());
     EXPECT_EQ(list.Size(), 5u);
@@ -123,15 +124,19 @@ TEST(SettingsFields, FaultsStopTheWalk)
         {R"(<DataField name="x" dataType="Double" optype="continuous"/>)", 109},
         {R"(<DataField name="a" dataType="double" optype="continuous"/>)", 111},
         {R"(<DataField name="x" dataType="double" optype="continuous">
-            <Interval leftMargin="4" rightMargin="3"/></DataField>)", 109},
+            <Interval leftMargin="4" rightMargin="3"/></DataField>)",
+         109},
         {R"(<DataField name="x" dataType="double" optype="continuous">
-            <Interval leftMargin="abc"/></DataField>)", 109},
+            <Interval leftMargin="abc"/></DataField>)",
+         109},
         // Read, and refused, although a categorical field does not use it.
         {R"(<DataField name="x" dataType="integer" optype="categorical">
-            <Interval leftMargin="x"/></DataField>)", 109},
+            <Interval leftMargin="x"/></DataField>)",
+         109},
         {R"(<DerivedField name="x" dataType="timeSeconds" optype="continuous"/>)", 109},
         {R"(<DerivedField name="x" dataType="double" optype="continuous">
-            <Extension><Interval leftMargin="3" rightMargin="2"/></Extension></DerivedField>)", 109},
+            <Extension><Interval leftMargin="3" rightMargin="2"/></Extension></DerivedField>)",
+         109},
     };
     for (const auto& [field, code] : cases) {
         const bool derived = std::string(field).find("<Derived") == 0;
@@ -143,8 +148,10 @@ TEST(SettingsFields, FaultsStopTheWalk)
         ZRSettingsParser parser;
         ASSERT_TRUE(Parse(parser, derived ? Doc("", "", fields) : Doc(fields)).IsOK());
         ZRVarList list;
-        EXPECT_EQ((derived ? parser.FillTransDict(list) : parser.FillVarList(list, false)).GetCode(),
-                  code) << field;
+        EXPECT_EQ(
+            (derived ? parser.FillTransDict(list) : parser.FillVarList(list, false)).GetCode(),
+            code)
+            << field;
         EXPECT_EQ(list.Size(), 1u) << field;
     }
 }

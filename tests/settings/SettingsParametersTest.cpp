@@ -31,7 +31,8 @@ TEST(SettingsParameters, EachFormAcceptsAndRefuses)
     };
     ZRSettingsParser parser;
     ASSERT_TRUE(ParseFile(parser, "parameters.xml").IsOK());
-    for (const auto& [text, intCode, intValue, doubleCode, doubleValue, boolCode, boolValue] : cases) {
+    for (const auto& [text, intCode, intValue, doubleCode, doubleValue, boolCode, boolValue] :
+         cases) {
         const std::string name = "text:" + text;
         auto get = [&](auto& out) { return parser.GetParameter(name.c_str(), out); };
         ExpectRead(get, std::string("old"), 0, text, text);
@@ -49,11 +50,16 @@ TEST(SettingsParameters, NamesAndDeclaredTypes)
     EXPECT_EQ(parser.GetParameterType("type:s"), ZRSettingsParser::ParamTypeInvalid);
     ASSERT_TRUE(ParseFile(parser, "parameters.xml").IsOK());
     const std::pair<const char*, ZRSettingsParser::ParamType> types[] = {
-        {"type:s", ZRSettingsParser::ParamTypeString},  {"type:d", ZRSettingsParser::ParamTypeDouble},
-        {"type:i", ZRSettingsParser::ParamTypeInteger}, {"type:b", ZRSettingsParser::ParamTypeBoolean},
-        {"type:e", ZRSettingsParser::ParamTypeEnum},    {"type:f", ZRSettingsParser::ParamTypeFieldName},
-        {"type:S", ZRSettingsParser::ParamTypeInvalid}, {"Case", ZRSettingsParser::ParamTypeInvalid},
-        {"type:g", ZRSettingsParser::ParamTypeInvalid}, {"type:x", ZRSettingsParser::ParamTypeInvalid},
+        {"type:s", ZRSettingsParser::ParamTypeString},
+        {"type:d", ZRSettingsParser::ParamTypeDouble},
+        {"type:i", ZRSettingsParser::ParamTypeInteger},
+        {"type:b", ZRSettingsParser::ParamTypeBoolean},
+        {"type:e", ZRSettingsParser::ParamTypeEnum},
+        {"type:f", ZRSettingsParser::ParamTypeFieldName},
+        {"type:S", ZRSettingsParser::ParamTypeInvalid},
+        {"Case", ZRSettingsParser::ParamTypeInvalid},
+        {"type:g", ZRSettingsParser::ParamTypeInvalid},
+        {"type:x", ZRSettingsParser::ParamTypeInvalid},
         {nullptr, ZRSettingsParser::ParamTypeInvalid},
     };
     for (const auto& [name, type] : types)
@@ -61,7 +67,7 @@ TEST(SettingsParameters, NamesAndDeclaredTypes)
 
     // name, code, value read
     const std::tuple<const char*, long, std::string> lookups[] = {
-        {"", 0, "empty name"}, {"Case", 0, "5"},        {"case", 120, "old"},
+        {"", 0, "empty name"}, {"Case", 0, "5"},      {"case", 120, "old"},
         {"twice", 123, "old"}, {nullptr, 120, "old"}, {"\xff\xfe", 120, "old"},
     };
     for (const auto& [name, code, text] : lookups) {

@@ -56,7 +56,8 @@ TEST(SettingsRoles, EachQueryReadsItsParameter)
     ZRSettingsParser grouped;
     ASSERT_TRUE(ParseFile(grouped, "parameters.xml").IsOK());
     for (const auto& [query, expected] : cases) {
-        ExpectRead([&, q = query](Names& out) { return (roles.*q)(out); }, Names{}, 0, expected, "");
+        ExpectRead([&, q = query](Names& out) { return (roles.*q)(out); }, Names{}, 0, expected,
+                   "");
         ExpectRead([&, q = query](Names& out) { return (grouped.*q)(out); }, Names{"old"}, 120,
                    Names{"old"}, "");
     }

@@ -23,8 +23,9 @@ inline std::string Doc(const std::string& fields, const std::string& parameters 
                        const std::string& derived = "")
 {
     return "<PMML><DataDictionary>" + fields + "</DataDictionary>" +
-           (derived.empty() ? "" : "<TransformationDictionary>" + derived +
-                                       "</TransformationDictionary>") +
+           (derived.empty()
+                ? ""
+                : "<TransformationDictionary>" + derived + "</TransformationDictionary>") +
            "<MiningBuildTask><Extension><Parameters>" + parameters +
            "</Parameters></Extension></MiningBuildTask></PMML>";
 }

@@ -41,7 +41,8 @@ inline std::vector<CorpusFile> DocumentsUnder(const std::filesystem::path& dir, 
         const std::string extension = entry.path().extension().string();
         if (!entry.is_regular_file() || (extension != ".pmml" && extension != ".xml"))
             continue;
-        files.push_back({entry.path().lexically_relative(dir).generic_string(), entry.path(), inTree});
+        files.push_back(
+            {entry.path().lexically_relative(dir).generic_string(), entry.path(), inTree});
     }
     std::sort(files.begin(), files.end(),
               [](const CorpusFile& a, const CorpusFile& b) { return a.name < b.name; });
@@ -58,8 +59,8 @@ inline std::vector<CorpusFile> CorpusFiles()
     const std::size_t inTree = files.size();
     for (CorpusFile& extra : DocumentsUnder(ExtraCorpusDir(), false)) {
         const auto end = files.begin() + static_cast<std::ptrdiff_t>(inTree);
-        const bool known = std::any_of(files.begin(), end,
-                                       [&](const CorpusFile& own) { return own.name == extra.name; });
+        const bool known = std::any_of(
+            files.begin(), end, [&](const CorpusFile& own) { return own.name == extra.name; });
         if (!known)
             files.push_back(std::move(extra));
     }

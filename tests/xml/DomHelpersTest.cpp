@@ -14,7 +14,10 @@ namespace {
 
 class DomHelpers : public zrxtest::XercesTest {
 protected:
-    const xercesc::DOMElement& Part(const char* tag) const { return *GetFirstChildElmt(doc.Root(), tag); }
+    const xercesc::DOMElement& Part(const char* tag) const
+    {
+        return *GetFirstChildElmt(doc.Root(), tag);
+    }
     zrxtest::ParsedDoc doc{zrxtest::ReadFile(ZRX_TEST_DATA_DIR "/xml/helpers.xml")};
 };
 
@@ -31,7 +34,7 @@ TEST_F(DomHelpers, AttributesTellAbsentFromEmptyAndFollowTheNumberRules)
     ASSERT_NE(GetAttribute(r, "e"), nullptr);
     EXPECT_EQ(*GetAttribute(r, "e"), 0);
     EXPECT_EQ(GetAttribute(r, "E"), nullptr);
-    EXPECT_EQ(GetAttribute(*r.getFirstChild(), "e"), nullptr);  // a text node
+    EXPECT_EQ(GetAttribute(*r.getFirstChild(), "e"), nullptr); // a text node
     // Names past the short ASCII ones: at and over 63 bytes, not ASCII, not UTF-8.
     const std::string n63(63, 'n');
     EXPECT_EQ(Attr(&r, n63.c_str()), "63");
@@ -40,7 +43,12 @@ TEST_F(DomHelpers, AttributesTellAbsentFromEmptyAndFollowTheNumberRules)
     EXPECT_EQ(Attr(&r, "caf\xC3\xA9"), "accent");
     EXPECT_EQ(GetAttribute(r, "caf\xC3"), nullptr);
 
-    struct Case { const char* name; int sign; int result; int value; };
+    struct Case {
+        const char* name;
+        int sign;
+        int result;
+        int value;
+    };
     for (const Case& c : {Case{"neg", 0, 1, -3}, Case{"neg", -1, 0, -3}, Case{"zero", 1, 1, 0},
                           Case{"zero", 0, 0, 0}, Case{"pos", 1, 0, 7}, Case{"min", -1, 0, INT_MIN},
                           Case{"absent", -1, -1, 99}, Case{"bad", -1, 1, 99},
@@ -49,8 +57,10 @@ TEST_F(DomHelpers, AttributesTellAbsentFromEmptyAndFollowTheNumberRules)
         EXPECT_EQ(GetIntAttribute(r, c.name, c.sign, value), c.result) << c.name << c.sign;
         EXPECT_EQ(value, c.value) << c.name << c.sign;
     }
-    for (const auto& [name, result, expected] : {std::tuple{"inf", 1, 4.0}, {"absent", -1, 4.0},
-                                                 {"d", 0, 2500.0}, {"nan", 0, ZRMV::gMissingValue}}) {
+    for (const auto& [name, result, expected] : {std::tuple{"inf", 1, 4.0},
+                                                 {"absent", -1, 4.0},
+                                                 {"d", 0, 2500.0},
+                                                 {"nan", 0, ZRMV::gMissingValue}}) {
         double value = 4;
         EXPECT_EQ(GetDoubleAttribute(r, name, value), result) << name;
         EXPECT_EQ(value, expected) << name;
@@ -109,6 +119,6 @@ TEST_F(DomHelpers, AssembleDoublesListWantsOneTextChild)
     for (std::size_t i = 0; i < 7; ++i, a = GetNextSiblingElmt(*a, "a")) {
         std::vector<double> values = {9};
         EXPECT_EQ(AssembleDoublesList(*a, values), i != 2 && i < 4) << i;
-        EXPECT_EQ(values, i < 4 ? good[i] : std::vector<double>{9}) << i;  // untouched from 4 on
+        EXPECT_EQ(values, i < 4 ? good[i] : std::vector<double>{9}) << i; // untouched from 4 on
     }
 }

@@ -53,6 +53,6 @@ TEST_F(NodeWalk, StaysBelowItsRoot)
     EXPECT_EQ(Trace(Element(doc, u"d")), "");
     EXPECT_EQ(Trace(nullptr), "");
     ZRXNodeWalk over(Element(doc, u"b"));
-    EXPECT_EQ(over.Next(), 0);  // a walk that is over stays over
+    EXPECT_EQ(over.Next(), 0); // a walk that is over stays over
     EXPECT_EQ(over.Node(), nullptr);
 }

@@ -26,11 +26,16 @@ const double kMissing = ZRMV::gMissingValue;
 
 TEST_F(Numbers, IntegersOutsideIntAreRefusedNotWrapped)
 {
-    struct Case { const char* text; bool ok; int value; };
-    for (const Case& c : {Case{"+5", true, 5}, Case{" -0 ", true, 0}, Case{"2147483647", true, INT_MAX},
-                          Case{"-2147483648", true, INT_MIN}, Case{"000002147483647", true, INT_MAX},
-                          Case{"2147483648", false, 0}, Case{"12345678901", false, 0},
-                          Case{"", false, 0}, Case{"1.0", false, 0}, Case{"1e3", false, 0}}) {
+    struct Case {
+        const char* text;
+        bool ok;
+        int value;
+    };
+    for (const Case& c :
+         {Case{"+5", true, 5}, Case{" -0 ", true, 0}, Case{"2147483647", true, INT_MAX},
+          Case{"-2147483648", true, INT_MIN}, Case{"000002147483647", true, INT_MAX},
+          Case{"2147483648", false, 0}, Case{"12345678901", false, 0}, Case{"", false, 0},
+          Case{"1.0", false, 0}, Case{"1e3", false, 0}}) {
         int value = -99;
         EXPECT_EQ(ParseInteger(ToUTF16(c.text).data(), value), c.ok) << c.text;
         EXPECT_EQ(value, c.ok ? c.value : -99) << c.text;
@@ -39,10 +44,15 @@ TEST_F(Numbers, IntegersOutsideIntAreRefusedNotWrapped)
 
 TEST_F(Numbers, DoublesMapNaNAndRefuseInfinities)
 {
-    struct Case { const char* text; bool ok; double value; };
-    for (const Case& c : {Case{"-2E2", true, -200}, Case{".5", true, 0.5}, Case{"NaN", true, kMissing},
-                          Case{"INF", false, 0}, Case{"-INF", false, 0}, Case{"1e999", false, 0},
-                          Case{"nan", false, 0}, Case{"", false, 0}, Case{"1,5", false, 0}}) {
+    struct Case {
+        const char* text;
+        bool ok;
+        double value;
+    };
+    for (const Case& c :
+         {Case{"-2E2", true, -200}, Case{".5", true, 0.5}, Case{"NaN", true, kMissing},
+          Case{"INF", false, 0}, Case{"-INF", false, 0}, Case{"1e999", false, 0},
+          Case{"nan", false, 0}, Case{"", false, 0}, Case{"1,5", false, 0}}) {
         double value = 8;
         EXPECT_EQ(ParseDouble(ToUTF16(c.text).data(), value), c.ok) << c.text;
         EXPECT_EQ(value, c.ok ? c.value : 8) << c.text;
@@ -61,11 +71,20 @@ TEST_F(Numbers, DecimalPointWhateverTheHostLocale)
     for (const char* name : {"de_DE.UTF-8", "ps_AF.UTF-8"}) {
         const zrxtest::ScopedLocale host(name);
         ASSERT_TRUE(host.Active()) << name << " is missing";
-        struct Case { const char* text; bool ok; double value; };
-        for (const Case& c : {Case{"0.5", true, 0.5}, Case{".5", true, 0.5}, Case{" 2.25 ", true, 2.25},
-                              Case{"-2.5E-3", true, -0.0025}, Case{"+1.5e2", true, 150},
-                              Case{"0.125000000000000000000000000000000000000000000000000000000000000000001", true, 0.125},
-                              Case{"1,5", false, 0}, Case{"1\xD9\xAB" "5", false, 0}}) {
+        struct Case {
+            const char* text;
+            bool ok;
+            double value;
+        };
+        for (const Case& c :
+             {Case{"0.5", true, 0.5}, Case{".5", true, 0.5}, Case{" 2.25 ", true, 2.25},
+              Case{"-2.5E-3", true, -0.0025}, Case{"+1.5e2", true, 150},
+              Case{"0.125000000000000000000000000000000000000000000000000000000000000000001", true,
+                   0.125},
+              Case{"1,5", false, 0},
+              Case{"1\xD9\xAB"
+                   "5",
+                   false, 0}}) {
             double value = 8;
             EXPECT_EQ(ParseDouble(ToUTF16(c.text).data(), value), c.ok) << name << " " << c.text;
             EXPECT_EQ(value, c.ok ? c.value : 8) << name << " " << c.text;
@@ -90,16 +109,33 @@ TEST_F(Numbers, DecimalPointWhateverTheHostLocale)
 // an infinity.
 TEST_F(Numbers, ExponentsAndRangeEdges)
 {
-    struct Case { const char* text; bool ok; double value; };
-    for (const Case& c : {Case{"5.", true, 5}, Case{"+.", true, 0}, Case{"-.", true, -0.0},
-                          Case{".", false, 0}, Case{"+", false, 0}, Case{"1e", false, 0},
-                          Case{"e5", false, 0}, Case{"1e+-5", false, 0}, Case{"1 e5", false, 0},
-                          Case{"0x10", false, 0}, Case{"\v1", false, 0}, Case{"1.7976931348623157e308", true, DBL_MAX},
-                          Case{"1.7976931348623159e308", false, 0}, Case{"-1e99999999999999999999", false, 0},
-                          Case{"5e-324", true, 0}, Case{"-5e-324", true, 0}, Case{"1e-400", true, 0},
-                          Case{"-1e-99999999999999999999", true, -0.0}, Case{"0e99999999999999999999", true, 0},
+    struct Case {
+        const char* text;
+        bool ok;
+        double value;
+    };
+    for (const Case& c : {Case{"5.", true, 5},
+                          Case{"+.", true, 0},
+                          Case{"-.", true, -0.0},
+                          Case{".", false, 0},
+                          Case{"+", false, 0},
+                          Case{"1e", false, 0},
+                          Case{"e5", false, 0},
+                          Case{"1e+-5", false, 0},
+                          Case{"1 e5", false, 0},
+                          Case{"0x10", false, 0},
+                          Case{"\v1", false, 0},
+                          Case{"1.7976931348623157e308", true, DBL_MAX},
+                          Case{"1.7976931348623159e308", false, 0},
+                          Case{"-1e99999999999999999999", false, 0},
+                          Case{"5e-324", true, 0},
+                          Case{"-5e-324", true, 0},
+                          Case{"1e-400", true, 0},
+                          Case{"-1e-99999999999999999999", true, -0.0},
+                          Case{"0e99999999999999999999", true, 0},
                           Case{"2.2250738585072014e-308", true, DBL_MIN},
-                          Case{"2.2250738585072012e-308", true, DBL_MIN}, Case{"\r-1.25E+2\n", true, -125}}) {
+                          Case{"2.2250738585072012e-308", true, DBL_MIN},
+                          Case{"\r-1.25E+2\n", true, -125}}) {
         double value = 8;
         EXPECT_EQ(ParseDouble(ToUTF16(c.text).data(), value), c.ok) << c.text;
         EXPECT_EQ(value, c.ok ? c.value : 8) << c.text;
@@ -115,7 +151,8 @@ TEST_F(Numbers, BuildingHelpersReportDomFailuresByTheirResult)
     zrxtest::ParsedDoc other("<Other/>");
     xercesc::DOMDocument& d = *doc.parser->getDocument();
     xercesc::DOMElement& root = *d.getDocumentElement();
-    xercesc::DOMElement* header = const_cast<xercesc::DOMElement*>(GetFirstChildElmt(root, "Header"));
+    xercesc::DOMElement* header =
+        const_cast<xercesc::DOMElement*>(GetFirstChildElmt(root, "Header"));
 
     for (const char* bad : {"1bad", "", "\xFF"})
         EXPECT_EQ(CreateElement(d, bad), nullptr) << bad;
@@ -130,7 +167,7 @@ TEST_F(Numbers, BuildingHelpersReportDomFailuresByTheirResult)
     EXPECT_TRUE(InsertElement(root, data, header));
     EXPECT_EQ(GetFirstChildElmt(root, nullptr), data);
     EXPECT_FALSE(InsertElement(root, CreateElement(*other.parser->getDocument(), "F"), nullptr));
-    EXPECT_FALSE(InsertElement(*data, &root, nullptr));  // an ancestor
+    EXPECT_FALSE(InsertElement(*data, &root, nullptr)); // an ancestor
     EXPECT_FALSE(InsertElement(root, nullptr, nullptr));
     EXPECT_FALSE(ReplaceElement(root, CreateElement(d, "X"), CreateElement(d, "NotAChild")));
 
@@ -147,9 +184,20 @@ TEST_F(Numbers, BuildingHelpersReportDomFailuresByTheirResult)
 TEST_F(Numbers, PlainDecimalsGiveTheXMLLibrarysValue)
 {
     std::mt19937 random(7);
-    std::vector<std::string> texts{"0", "-0", "-0.0", "007", "0.1", "123456789012345678901234567890123456789",
-                                   "1234567890123456789012345678901234567890123", "9007199254740993",
-                                   "0.30000000000000004", "-2.5", "1.", "-", "1.5.2", "1-"};
+    std::vector<std::string> texts{"0",
+                                   "-0",
+                                   "-0.0",
+                                   "007",
+                                   "0.1",
+                                   "123456789012345678901234567890123456789",
+                                   "1234567890123456789012345678901234567890123",
+                                   "9007199254740993",
+                                   "0.30000000000000004",
+                                   "-2.5",
+                                   "1.",
+                                   "-",
+                                   "1.5.2",
+                                   "1-"};
     for (int i = 0; i < 2000; ++i) {
         std::string text = random() % 2 ? "-" : "";
         text += std::to_string(random() % 100000000);

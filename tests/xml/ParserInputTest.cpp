@@ -22,7 +22,8 @@ const std::string kData = ZRX_TEST_DATA_DIR "/xml/";
 std::string Text(xercesc::XercesDOMParser& parser)
 {
     const xercesc::DOMDocument* doc = parser.getDocument();
-    return doc && doc->getDocumentElement() ? ToUTF8(doc->getDocumentElement()->getTextContent()) : "";
+    return doc && doc->getDocumentElement() ? ToUTF8(doc->getDocumentElement()->getTextContent())
+                                            : "";
 }
 
 // Hands out `head`, then throws.

@@ -55,7 +55,8 @@ TEST_F(ReadWrite, ReadsAndWritesOwnOrForeignDocumentsWithoutIndentation)
 
 TEST_F(ReadWrite, UnwritableFileGives118AndKeepsTheDocument)
 {
-    for (const std::string& path : {dir + "/no/such/dir/out.xml", dir, std::string(), std::string("/dev/full")}) {
+    for (const std::string& path :
+         {dir + "/no/such/dir/out.xml", dir, std::string(), std::string("/dev/full")}) {
         const ZRCommon::ZRStatus status = reader.WriteFromDOM(path);
         EXPECT_EQ(status.GetCode(), 118) << path;
         EXPECT_FALSE(status.GetFlag());

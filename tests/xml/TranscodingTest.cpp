@@ -15,13 +15,14 @@ const std::vector<XMLCh> kEmpty{0};
 
 TEST_F(Transcoding, ConvertsAndFailsToEmpty)
 {
-    const char* utf8 = "Gr\xC3\xB6\xC3\x9F" "e \xE2\x82\xAC \xF0\x9F\x98\x80";
+    const char* utf8 = "Gr\xC3\xB6\xC3\x9F"
+                       "e \xE2\x82\xAC \xF0\x9F\x98\x80";
     const std::u16string utf16 = u"Gr\u00F6\u00DFe \u20AC \U0001F600";
     EXPECT_EQ(ToUTF8(utf16.c_str()), utf8);
     EXPECT_EQ(std::u16string(ToUTF16(utf8).data()), utf16);
     EXPECT_EQ(ToUTF8(nullptr), "");
     EXPECT_EQ(ToUTF16(""), kEmpty);
-    EXPECT_EQ(ToUTF8(u"ab\xD800"), "");  // high surrogate as the last unit
+    EXPECT_EQ(ToUTF8(u"ab\xD800"), ""); // high surrogate as the last unit
     // Bad bytes, and text cut inside a character (a pass of the XML library's
     // transcoder consumes nothing there): the conversion ends and fails.
     const ZRXTranscoder reference;
@@ -41,7 +42,8 @@ TEST_F(Transcoding, AgreesWithTheXmlLibraryOnShortSequencesAndRandomText)
     const auto sameTo = [&](const std::u16string& units) {
         ASSERT_EQ(reference.TranscodeTo(units.c_str()), ToUTF8(units.c_str()));
     };
-    const unsigned char follow[] = {0x01, 0x41, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xFF};
+    const unsigned char follow[] = {0x01, 0x41, 0x7F, 0x80, 0x8F, 0x90,
+                                    0x9F, 0xA0, 0xBF, 0xC0, 0xFF};
     for (int lead = 0x80; lead < 0x100; ++lead) {
         for (int second = 1; second < 0x100; ++second)
             sameFrom({'a', char(lead), char(second)});
@@ -57,13 +59,20 @@ TEST_F(Transcoding, AgreesWithTheXmlLibraryOnShortSequencesAndRandomText)
     }
     for (char32_t unit = 1; unit < 0x10000; ++unit)
         sameTo({u'x', char16_t(unit)});
-    for (char16_t high : {0xD800, 0xDBFF})  // a high surrogate takes any partner
+    for (char16_t high : {0xD800, 0xDBFF}) // a high surrogate takes any partner
         for (char16_t partner : {0x41, 0xD7FF, 0xD800, 0xDC00, 0xDFFF, 0xE000, 0xFFFF})
             sameTo({high, partner, u'q'});
 
     std::mt19937 random(20261123);
-    const char* pieces[] = {"a", " ", "\xC3\xA9", "\xE2\x82\xAC", "\xF0\x9F\x98\x80",
-                            "\xEF\xBF\xBF", "\x80", "\xED\xB0\x80", "\xC2"};
+    const char* pieces[] = {"a",
+                            " ",
+                            "\xC3\xA9",
+                            "\xE2\x82\xAC",
+                            "\xF0\x9F\x98\x80",
+                            "\xEF\xBF\xBF",
+                            "\x80",
+                            "\xED\xB0\x80",
+                            "\xC2"};
     for (int round = 0; round < 2000; ++round) {
         std::string text;
         for (int i = int(random() % 40); i > 0; --i)
@@ -85,7 +94,7 @@ TEST_F(Transcoding, ObjectsForOtherEncodings)
     ASSERT_TRUE(latin1.isValid());
     EXPECT_EQ(std::u16string(latin1.TranscodeFrom("caf\xE9").data()), u"caf\u00E9");
     EXPECT_EQ(latin1.TranscodeTo(u"caf\u00E9"), "caf\xE9");
-    EXPECT_EQ(latin1.TranscodeTo(u"5 \u20AC"), "");  // not representable: all fails
+    EXPECT_EQ(latin1.TranscodeTo(u"5 \u20AC"), ""); // not representable: all fails
     const ZRXTranscoder unknown("no-such-encoding");
     EXPECT_FALSE(unknown.isValid());
     EXPECT_EQ(unknown.TranscodeFrom("abc"), kEmpty);
@@ -99,11 +108,11 @@ TEST(TranscodingLifecycle, RepeatedInitializeAndTerminate)
         zrxtest::XercesSession session;
         const ZRXTranscoder utf8;
         {
-            zrxtest::XercesSession nested;  // a second object of the library
+            zrxtest::XercesSession nested; // a second object of the library
             EXPECT_EQ(ToUTF8(ToUTF16("\xE2\x82\xAC").data()), "\xE2\x82\xAC");
         }
         EXPECT_EQ(utf8.TranscodeTo(u"x\u00E9"), "x\xC3\xA9");
     }
-    EXPECT_FALSE(ZRXTranscoder().isValid());  // the library is stopped
+    EXPECT_FALSE(ZRXTranscoder().isValid()); // the library is stopped
     EXPECT_EQ(ToUTF8(u"still"), "still");
 }

@@ -64,14 +64,12 @@ public:
     void startElement(const xercesc::XMLElementDecl& elemDecl, const unsigned int urlId,
                       const XMLCh* const elemPrefix,
                       const xercesc::RefVectorOf<xercesc::XMLAttr>& attrList,
-                      const XMLSize_t attrCount, const bool isEmpty,
-                      const bool isRoot) override;
+                      const XMLSize_t attrCount, const bool isEmpty, const bool isRoot) override;
     void endElement(const xercesc::XMLElementDecl& elemDecl, const unsigned int urlId,
                     const bool isRoot, const XMLCh* const elemPrefix) override;
 
     // What startElement throws past the limit.
-    struct ZRXTooDeep {
-    };
+    struct ZRXTooDeep {};
 
 protected:
     // The level of the element being started (in startElement) or of the

@@ -16,11 +16,11 @@
 
 namespace ZRXPrsUtil {
 
+using xercesc::DOMElement;
+using xercesc::DOMNode;
 using ZRCommon::ZRStatus;
 using ZRMTD_NAMESPACE::IZRVariable;
 using ZRMTD_NAMESPACE::ZRVarList;
-using xercesc::DOMElement;
-using xercesc::DOMNode;
 
 namespace {
 
@@ -28,24 +28,32 @@ const double kLowest = std::numeric_limits<double>::lowest();
 const double kHighest = std::numeric_limits<double>::max();
 
 // The dataType words of PMML: "string", and the words read as plain doubles.
-const FieldTypeWord kPMMLTypes[] = {
-    {"string", false, 0},
-    {"double", true, 0}, {"float", true, 0}, {"integer", true, 0}, {"date", true, 0},
-    {"time", true, 0}, {"dateTime", true, 0}, {"timeSeconds", true, 0},
-    {"dateDaysSince[0]", true, 0}, {"dateDaysSince[1960]", true, 0},
-    {"dateDaysSince[1970]", true, 0}, {"dateDaysSince[1980]", true, 0},
-    {"dateTimeSecondsSince[0]", true, 0}, {"dateTimeSecondsSince[1960]", true, 0},
-    {"dateTimeSecondsSince[1970]", true, 0}, {"dateTimeSecondsSince[1980]", true, 0}};
+const FieldTypeWord kPMMLTypes[] = {{"string", false, 0},
+                                    {"double", true, 0},
+                                    {"float", true, 0},
+                                    {"integer", true, 0},
+                                    {"date", true, 0},
+                                    {"time", true, 0},
+                                    {"dateTime", true, 0},
+                                    {"timeSeconds", true, 0},
+                                    {"dateDaysSince[0]", true, 0},
+                                    {"dateDaysSince[1960]", true, 0},
+                                    {"dateDaysSince[1970]", true, 0},
+                                    {"dateDaysSince[1980]", true, 0},
+                                    {"dateTimeSecondsSince[0]", true, 0},
+                                    {"dateTimeSecondsSince[1960]", true, 0},
+                                    {"dateTimeSecondsSince[1970]", true, 0},
+                                    {"dateTimeSecondsSince[1980]", true, 0}};
 
 // The dataType words of a settings document, with their storage codes.
 const FieldTypeWord kSettingsTypes[] = {
-    {"integer", true, 1}, {"double", true, 2}, {"float", true, 2}, {"string", false, 3},
+    {"integer", true, 1}, {"double", true, 2}, {"float", true, 2},   {"string", false, 3},
     {"date", true, 4},    {"time", true, 5},   {"dateTime", true, 6}};
 
 // The storage words of a DataModel document; only "string" holds text.
-const FieldTypeWord kDataModelStorages[] = {
-    {"integer", true, 1}, {"real", true, 2}, {"string", false, 3},
-    {"date", true, 4},    {"time", true, 5}, {"timestamp", true, 6}};
+const FieldTypeWord kDataModelStorages[] = {{"integer", true, 1}, {"real", true, 2},
+                                            {"string", false, 3}, {"date", true, 4},
+                                            {"time", true, 5},    {"timestamp", true, 6}};
 
 // The role words of a DataModel Field; any other word, or none, is no role.
 const NameListEntry kDataModelRoles[] = {{IZRVariable::eRoleTarget, "target"},
@@ -226,8 +234,8 @@ int AddContinuous(ZRVarList& varList, const FieldRules& rules, const FieldRecord
 {
     if (cuts.size() >= 3) {
         const std::vector<double> inner(cuts.begin() + 1, cuts.end() - 1);
-        return varList.AddContVar(record.name, record.label, cuts.front(), cuts.back(), inner,
-                                  true, record.role);
+        return varList.AddContVar(record.name, record.label, cuts.front(), cuts.back(), inner, true,
+                                  record.role);
     }
     if (record.role == IZRVariable::eRoleFreqWeight)
         return varList.SetWeightVar(record.name, record.label, IZRVariable::eRoundNearest);
@@ -242,9 +250,9 @@ int AddContinuous(ZRVarList& varList, const FieldRules& rules, const FieldRecord
 void FeedEncoder(ZRVarList& varList, int index, const FieldRecord& record)
 {
     const bool range = record.rangeLower != kLowest || record.rangeUpper != kHighest;
-    const std::size_t missing =
-        record.numeric ? record.missingNumbers.size()
-                       : (record.categorical ? record.missingStrings.size() : 0);
+    const std::size_t missing = record.numeric
+                                    ? record.missingNumbers.size()
+                                    : (record.categorical ? record.missingStrings.size() : 0);
     if (missing == 0 && !(record.numeric && range))
         return;
     ZRMTD_NAMESPACE::IZREncoder& encoder = *varList.GetEncoderAt(index);
@@ -286,25 +294,73 @@ ZRStatus AddField(ZRVarList& varList, const FieldRules& rules, const FieldRecord
 
 } // namespace
 
-const FieldRules kPMMLDataFieldRules = {
-    "displayName", "dataType", kPMMLTypes, std::size(kPMMLTypes), "optype", nullptr, nullptr,
-    nullptr, u"displayValue", u"property",
-    false, false, true, nullptr, false, false};
+const FieldRules kPMMLDataFieldRules = {"displayName",
+                                        "dataType",
+                                        kPMMLTypes,
+                                        std::size(kPMMLTypes),
+                                        "optype",
+                                        nullptr,
+                                        nullptr,
+                                        nullptr,
+                                        u"displayValue",
+                                        u"property",
+                                        false,
+                                        false,
+                                        true,
+                                        nullptr,
+                                        false,
+                                        false};
 
-const FieldRules kSettingsDataFieldRules = {
-    "displayName", "dataType", kSettingsTypes, std::size(kSettingsTypes), "optype", nullptr,
-    nullptr, nullptr, u"displayValue", u"property",
-    true, false, true, nullptr, true, true};
+const FieldRules kSettingsDataFieldRules = {"displayName",
+                                            "dataType",
+                                            kSettingsTypes,
+                                            std::size(kSettingsTypes),
+                                            "optype",
+                                            nullptr,
+                                            nullptr,
+                                            nullptr,
+                                            u"displayValue",
+                                            u"property",
+                                            true,
+                                            false,
+                                            true,
+                                            nullptr,
+                                            true,
+                                            true};
 
-const FieldRules kSettingsDerivedFieldRules = {
-    "displayName", "dataType", kSettingsTypes, std::size(kSettingsTypes), "optype", nullptr,
-    nullptr, nullptr, u"displayValue", u"property",
-    true, true, true, nullptr, true, true};
+const FieldRules kSettingsDerivedFieldRules = {"displayName",
+                                               "dataType",
+                                               kSettingsTypes,
+                                               std::size(kSettingsTypes),
+                                               "optype",
+                                               nullptr,
+                                               nullptr,
+                                               nullptr,
+                                               u"displayValue",
+                                               u"property",
+                                               true,
+                                               true,
+                                               true,
+                                               nullptr,
+                                               true,
+                                               true};
 
-const FieldRules kDataModelFieldRules = {
-    "displayLabel", "storage", kDataModelStorages, std::size(kDataModelStorages), "measure",
-    "role", kDataModelRoles, u"Values", u"displayLabel", nullptr,
-    false, false, false, u"Range", true, true};
+const FieldRules kDataModelFieldRules = {"displayLabel",
+                                         "storage",
+                                         kDataModelStorages,
+                                         std::size(kDataModelStorages),
+                                         "measure",
+                                         "role",
+                                         kDataModelRoles,
+                                         u"Values",
+                                         u"displayLabel",
+                                         nullptr,
+                                         false,
+                                         false,
+                                         false,
+                                         u"Range",
+                                         true,
+                                         true};
 
 void TextList::Clear()
 {

@@ -29,22 +29,22 @@ struct FieldTypeWord {
 // What a document kind says about its fields, and where. A null name means
 // the kind has no such thing.
 struct FieldRules {
-    const char* labelAttribute;          // the field's label
-    const char* typeAttribute;           // required; one of `types`
+    const char* labelAttribute; // the field's label
+    const char* typeAttribute;  // required; one of `types`
     const FieldTypeWord* types;
     std::size_t typeCount;
-    const char* measureAttribute;        // required; "continuous" or categorical
-    const char* roleAttribute;           // null: every field is an input
-    const NameListEntry* roles;          // role words; any other word is no role
-    const XMLCh* valuesGroup;            // null: Value elements stand in the field
-    const XMLCh* valueLabelAttribute;    // the label of a Value
-    const XMLCh* propertyAttribute;      // null: every Value is a valid value
-    bool intervalInField;                // an Interval child sets the bounds
-    bool intervalInExtension;            // so does the first Interval of an Extension
-    bool invalidRangeExtension;          // Extension invalidRangeLower/Upper
-    const XMLCh* rangeElement;           // minValue/maxValue set the bounds
-    bool boundedContinuous;              // continuous fields are added with bounds
-    bool setsStorage;                    // the storage code goes to the variable
+    const char* measureAttribute;     // required; "continuous" or categorical
+    const char* roleAttribute;        // null: every field is an input
+    const NameListEntry* roles;       // role words; any other word is no role
+    const XMLCh* valuesGroup;         // null: Value elements stand in the field
+    const XMLCh* valueLabelAttribute; // the label of a Value
+    const XMLCh* propertyAttribute;   // null: every Value is a valid value
+    bool intervalInField;             // an Interval child sets the bounds
+    bool intervalInExtension;         // so does the first Interval of an Extension
+    bool invalidRangeExtension;       // Extension invalidRangeLower/Upper
+    const XMLCh* rangeElement;        // minValue/maxValue set the bounds
+    bool boundedContinuous;           // continuous fields are added with bounds
+    bool setsStorage;                 // the storage code goes to the variable
 };
 
 // DataField of a PMML DataDictionary.
@@ -87,9 +87,9 @@ struct FieldRecord {
     std::vector<double> missingNumbers;
     TextList missingStrings;
     TextList missingLabels;
-    double lower;        // bounds of the values (Interval, Range)
+    double lower; // bounds of the values (Interval, Range)
     double upper;
-    double rangeLower;   // the invalid range
+    double rangeLower; // the invalid range
     double rangeUpper;
 
     FieldRecord() { Reset(); }
@@ -119,11 +119,11 @@ using FieldBinsLookup = std::function<bool(const std::string& name, std::vector<
 
 // How a dictionary is read beyond its rules.
 struct DictionaryOptions {
-    const FieldNameSet* wanted = nullptr;          // null: every field
-    const FieldBinsLookup* bins = nullptr;         // null: no bins asked for
-    bool alternateInput = false;                   // inputs get eRoleAltInput
-    bool useBins = false;                          // the binning flag and bin count of the
-    int binCount = -1;                             // bounded add of a continuous field
+    const FieldNameSet* wanted = nullptr;  // null: every field
+    const FieldBinsLookup* bins = nullptr; // null: no bins asked for
+    bool alternateInput = false;           // inputs get eRoleAltInput
+    bool useBins = false;                  // the binning flag and bin count of the
+    int binCount = -1;                     // bounded add of a continuous field
 };
 
 // Every child element of `dictionary` with tag `tag`, in document order, read

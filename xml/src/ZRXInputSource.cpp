@@ -13,8 +13,7 @@ namespace {
 class ZRXBinInputStream : public xercesc::BinInputStream {
 public:
     explicit ZRXBinInputStream(std::istream* stream) : m_stream(stream), m_read(0), m_ended(false)
-    {
-    }
+    {}
     ~ZRXBinInputStream() override {}
 
     // The stream's position; once the stream has failed (tellg gives -1 at
@@ -62,10 +61,8 @@ private:
 } // namespace
 
 ZRXInputSource::ZRXInputSource(std::istream& stream)
-    : xercesc::InputSource("istream", xercesc::XMLPlatformUtils::fgMemoryManager),
-      m_stream(stream)
-{
-}
+    : xercesc::InputSource("istream", xercesc::XMLPlatformUtils::fgMemoryManager), m_stream(stream)
+{}
 
 ZRXInputSource::~ZRXInputSource() {}
 

@@ -20,8 +20,8 @@ bool ZRXPlatform::Acquire()
     std::lock_guard<std::mutex> guard(gLock);
     if (gShares == 0) {
         try {
-            xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale,
-                                                  nullptr, nullptr, nullptr);
+            xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
+                                                  nullptr, nullptr);
         } catch (...) {
             return false;
         }

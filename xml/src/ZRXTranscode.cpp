@@ -33,7 +33,10 @@ inline unsigned TrailingBytes(unsigned char lead)
     return lead < 0xFC ? 4 : 5;
 }
 
-inline bool IsTrail(unsigned char byte) { return (byte & 0xC0) == 0x80; }
+inline bool IsTrail(unsigned char byte)
+{
+    return (byte & 0xC0) == 0x80;
+}
 
 // UTF-8 to UTF-16 of well-formed text, as the XML library's UTF-8
 // transcoder converts it. Refused are stray continuation bytes, a lead byte
@@ -71,8 +74,8 @@ bool Utf8ToUtf16(const unsigned char* src, std::size_t count, std::vector<XMLCh>
                     (p[2] & 0x3F);
             break;
         default:
-            if ((lead == 0xF0 && p[1] < 0x90) || (lead == 0xF4 && p[1] > 0x8F) ||
-                !IsTrail(p[1]) || !IsTrail(p[2]) || !IsTrail(p[3]))
+            if ((lead == 0xF0 && p[1] < 0x90) || (lead == 0xF4 && p[1] > 0x8F) || !IsTrail(p[1]) ||
+                !IsTrail(p[2]) || !IsTrail(p[3]))
                 return false;
             value = (std::uint32_t(lead & 0x07) << 18) | (std::uint32_t(p[1] & 0x3F) << 12) |
                     (std::uint32_t(p[2] & 0x3F) << 6) | (p[3] & 0x3F);
@@ -112,8 +115,7 @@ bool Utf16ToUtf8(const XMLCh* src, std::size_t count, std::string& out)
         if (value >= 0xD800 && value <= 0xDBFF) {
             if (i + 1 >= count)
                 return false;
-            value = ((value - 0xD800) << 10) +
-                    std::uint32_t(int(src[i + 1]) - 0xDC00 + 0x10000);
+            value = ((value - 0xD800) << 10) + std::uint32_t(int(src[i + 1]) - 0xDC00 + 0x10000);
             used = 2;
         }
         if (value < 0x800) {
@@ -147,13 +149,14 @@ bool IsAscii(const char* text)
 ZRXTranscoder::ZRXTranscoder(const char* encoding) : m_transcoder(nullptr)
 {
     if (!xercesc::XMLPlatformUtils::fgTransService)
-        return;  // the XML library is not started
+        return; // the XML library is not started
     try {
         xercesc::XMLTransService::Codes code = xercesc::XMLTransService::Ok;
         const std::vector<XMLCh> name =
             encoding ? ToUTF16(encoding) : std::vector<XMLCh>(kUTF8Name, kUTF8Name + 6);
-        xercesc::XMLTranscoder* made = xercesc::XMLPlatformUtils::fgTransService->makeNewTranscoderFor(
-            name.data(), code, kBlockSize, xercesc::XMLPlatformUtils::fgMemoryManager);
+        xercesc::XMLTranscoder* made =
+            xercesc::XMLPlatformUtils::fgTransService->makeNewTranscoderFor(
+                name.data(), code, kBlockSize, xercesc::XMLPlatformUtils::fgMemoryManager);
         if (code == xercesc::XMLTransService::Ok)
             m_transcoder = made;
         else

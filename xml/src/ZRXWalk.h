@@ -23,8 +23,7 @@ class ZRXNodeWalk {
 public:
     explicit ZRXNodeWalk(const xercesc::DOMNode* root)
         : m_root(root), m_node(root != nullptr ? root->getFirstChild() : nullptr)
-    {
-    }
+    {}
 
     // The current node; null once the walk is over.
     const xercesc::DOMNode* Node() const { return m_node; }

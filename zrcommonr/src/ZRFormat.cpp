@@ -9,7 +9,10 @@ namespace ZRMV {
 
 const double gMissingValue = -1.7976931348623155e308;
 
-bool IsMissing(double value) { return value == gMissingValue; }
+bool IsMissing(double value)
+{
+    return value == gMissingValue;
+}
 
 } // namespace ZRMV
 

@@ -65,8 +65,8 @@ public:
         for (std::size_t next = (hole + 1) & Mask(); slots[next].position >= 0;
              next = (next + 1) & Mask()) {
             const std::size_t home = slots[next].hash & Mask();
-            const bool homeBetween = hole <= next ? (hole < home && home <= next)
-                                                  : (hole < home || home <= next);
+            const bool homeBetween =
+                hole <= next ? (hole < home && home <= next) : (hole < home || home <= next);
             if (!homeBetween) {
                 slots[hole] = slots[next];
                 hole = next;
@@ -85,8 +85,7 @@ private:
     // The slot that files `name` (`found`) or else the empty slot that ends
     // its run. The table is not empty.
     template <class NameAt>
-    std::size_t Probe(const std::string& name, std::uint32_t hash, NameAt nameAt,
-                      bool& found) const
+    std::size_t Probe(const std::string& name, std::uint32_t hash, NameAt nameAt, bool& found) const
     {
         std::size_t i = hash & Mask();
         for (; slots[i].position >= 0; i = (i + 1) & Mask()) {

@@ -6,24 +6,20 @@ namespace ZRMTD_NAMESPACE {
 ZRUniStats::SummStats::SummStats()
     : minimum(ZRMV::gMissingValue), maximum(ZRMV::gMissingValue), mean(ZRMV::gMissingValue),
       stdDev(ZRMV::gMissingValue)
-{
-}
+{}
 
 ZRUniStats::ZRUniStats() : m_kind(eEmpty), m_totalFreq(0.0) {}
 
 ZRUniStats::ZRUniStats(const std::string& fieldName, double totalFreq,
                        const std::vector<double>& frequencies)
     : m_kind(eDiscrete), m_fieldName(fieldName), m_totalFreq(totalFreq), m_frequencies(frequencies)
-{
-}
+{}
 
 ZRUniStats::ZRUniStats(const std::string& fieldName, double totalFreq, const SummStats& summary,
-                       const std::vector<double>& cutPoints,
-                       const std::vector<double>& frequencies)
+                       const std::vector<double>& cutPoints, const std::vector<double>& frequencies)
     : m_kind(eContinuous), m_fieldName(fieldName), m_totalFreq(totalFreq), m_summary(summary),
       m_cutPoints(cutPoints), m_frequencies(frequencies)
-{
-}
+{}
 
 ZRUniStats::ZRUniStats(const ZRUniStats&) = default;
 ZRUniStats& ZRUniStats::operator=(const ZRUniStats&) = default;
@@ -54,12 +50,33 @@ bool ZRUniStats::IsValid() const
     return ZRMV::IsMissing(m_summary.stdDev) || m_summary.stdDev >= 0.0;
 }
 
-bool ZRUniStats::IsEmpty() const { return m_kind == eEmpty; }
-bool ZRUniStats::IsContinuous() const { return m_kind == eContinuous; }
-const std::string& ZRUniStats::GetFieldName() const { return m_fieldName; }
-double ZRUniStats::GetTotalFreq() const { return m_totalFreq; }
-const ZRUniStats::SummStats& ZRUniStats::GetSummStats() const { return m_summary; }
-const std::vector<double>& ZRUniStats::GetCutPoints() const { return m_cutPoints; }
-const std::vector<double>& ZRUniStats::GetFrequencies() const { return m_frequencies; }
+bool ZRUniStats::IsEmpty() const
+{
+    return m_kind == eEmpty;
+}
+bool ZRUniStats::IsContinuous() const
+{
+    return m_kind == eContinuous;
+}
+const std::string& ZRUniStats::GetFieldName() const
+{
+    return m_fieldName;
+}
+double ZRUniStats::GetTotalFreq() const
+{
+    return m_totalFreq;
+}
+const ZRUniStats::SummStats& ZRUniStats::GetSummStats() const
+{
+    return m_summary;
+}
+const std::vector<double>& ZRUniStats::GetCutPoints() const
+{
+    return m_cutPoints;
+}
+const std::vector<double>& ZRUniStats::GetFrequencies() const
+{
+    return m_frequencies;
+}
 
 } // namespace ZRMTD_NAMESPACE

@@ -104,8 +104,7 @@ public:
     Variable(ZRVarList::Impl& owner, int type, const std::string& name, const std::string& label,
              int role)
         : m_owner(owner), m_type(type), m_name(name), m_label(label), m_role(role)
-    {
-    }
+    {}
 
     int GetVarType() const override { return m_type; }
     std::string GetName() const override { return m_name; }
@@ -305,8 +304,8 @@ int ZRVarList::AddContVar(const std::string& name, const std::string& label, dou
 int ZRVarList::SetWeightVar(const std::string& name, const std::string& label,
                             IZRVariable::WRoundingOption rounding)
 {
-    std::unique_ptr<Variable> variable(new Variable(
-        *m_impl, IZRVariable::eContinuous, name, label, IZRVariable::eRoleFreqWeight));
+    std::unique_ptr<Variable> variable(
+        new Variable(*m_impl, IZRVariable::eContinuous, name, label, IZRVariable::eRoleFreqWeight));
     variable->weightRounding = rounding;
     return m_impl->Add(std::move(variable));
 }
@@ -329,7 +328,10 @@ IZREncoder* ZRVarList::GetEncoderAt(int index)
     return variable != nullptr ? variable->GetEncoder() : &m_impl->spare;
 }
 
-std::size_t ZRVarList::Size() const { return m_impl->variables.size(); }
+std::size_t ZRVarList::Size() const
+{
+    return m_impl->variables.size();
+}
 
 int ZRVarList::FindVar(const std::string& name) const
 {

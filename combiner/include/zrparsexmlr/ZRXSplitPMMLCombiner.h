@@ -138,7 +138,8 @@ private:
     // Intake.
     ZRCommon::ZRStatus ParseSplitModelXML(xercesc::DOMDocument* parsed, const Texts& values);
     ZRCommon::ZRStatus CheckFirstModel(const xercesc::DOMElement* pmml,
-                                       const xercesc::DOMElement* model, std::string& function) const;
+                                       const xercesc::DOMElement* model,
+                                       std::string& function) const;
     xercesc::DOMDocument* CreateEmptyMiningModel(bool& created);
     ZRCommon::ZRStatus FillCommonToMiningModel(xercesc::DOMDocument* parsed, const Texts& values);
     ZRCommon::ZRStatus MergeModelToMiningModel(xercesc::DOMDocument* parsed, const Texts& values);
@@ -169,8 +170,7 @@ private:
     // Split-variable metadata.
     void InitSplitVarMetadata(const ZRMTD_NAMESPACE::ZRVarList& splitVars);
     bool GetSplitVariableInfo(const ZRMTD_NAMESPACE::IZRVariable* var, std::string& name,
-                              std::string& label, std::string& optype,
-                              std::string& dataType) const;
+                              std::string& label, std::string& optype, std::string& dataType) const;
     std::string GetSplitVarName(int index) const;
 
     // Data dictionary merge.
@@ -181,8 +181,8 @@ private:
     void UpdateNumOfDataFields(xercesc::DOMNode* dictionary, int count);
     void InsertDataFieldElem(xercesc::DOMNode* dictionary, int index);
     xercesc::DOMNode* InsertDataField(const xercesc::DOMNode* field, xercesc::DOMNode* dictionary);
-    xercesc::DOMNode* InsertValueOfDataField(const xercesc::DOMNode* value,
-                                             xercesc::DOMNode* field, Texts& fieldTexts);
+    xercesc::DOMNode* InsertValueOfDataField(const xercesc::DOMNode* value, xercesc::DOMNode* field,
+                                             Texts& fieldTexts);
     void UpdateDataDict(const xercesc::DOMElement* modelDict, xercesc::DOMNode* dictionary);
     void IndexField(xercesc::DOMNode* node, const std::string& name);
 

@@ -122,8 +122,10 @@ ZRXPRS_API void* VORKMBConverterNew_A(const char* name);
 // as its raw value and sets *badInput (if not null) to 3; else *badInput is 0.
 // Result -1, 0 or 1. _8: UTF-8 text; _C: code page text of the default
 // converter.
-ZRXPRS_API int VORKMBCompare_8(const char* a, int lengthA, const char* b, int lengthB, int* badInput);
-ZRXPRS_API int VORKMBCompare_C(const char* a, int lengthA, const char* b, int lengthB, int* badInput);
+ZRXPRS_API int VORKMBCompare_8(const char* a, int lengthA, const char* b, int lengthB,
+                               int* badInput);
+ZRXPRS_API int VORKMBCompare_C(const char* a, int lengthA, const char* b, int lengthB,
+                               int* badInput);
 
 // ---------------------------------------------------------------------------
 // Multi-byte string primitives
@@ -182,9 +184,12 @@ ZRXPRS_API int VORKMBstrnicmp_C(const char* a, const char* b, size_t size);
 ZRXPRS_API int VORKMBstrnicmp_A(const char* a, const char* b, size_t size);
 
 // Case-blind equality: 1 if equal, else 0. Lengths and flag as VORKMBCompare.
-ZRXPRS_API int VORKMBqstricmp_8(const char* a, int lengthA, const char* b, int lengthB, int* badInput);
-ZRXPRS_API int VORKMBqstricmp_C(const char* a, int lengthA, const char* b, int lengthB, int* badInput);
-ZRXPRS_API int VORKMBqstricmp_A(const char* a, int lengthA, const char* b, int lengthB, int* badInput);
+ZRXPRS_API int VORKMBqstricmp_8(const char* a, int lengthA, const char* b, int lengthB,
+                                int* badInput);
+ZRXPRS_API int VORKMBqstricmp_C(const char* a, int lengthA, const char* b, int lengthB,
+                                int* badInput);
+ZRXPRS_API int VORKMBqstricmp_A(const char* a, int lengthA, const char* b, int lengthB,
+                                int* badInput);
 
 // The start of the character before position (position itself when it is the
 // start, or when either pointer is null or position lies before start).
@@ -237,12 +242,18 @@ ZRXPRS_API int VORKMBIsLeadByte_C(unsigned int byte);
 // code 3; ill-formed UTF-8 into a code page gives code 3 even where the code
 // page can hold the U+FFFD that ICU reads it as. A null source is an empty
 // text.
-ZRXPRS_API int VORKMB8to16(unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMB16to8(char* target, int capacity, const unsigned short* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMBCodePageto16(void* converter, unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMB16toCodePage(void* converter, char* target, int capacity, const unsigned short* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMBCodePageto8(void* converter, char* target, int capacity, const char* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMB8toCodePage(void* converter, char* target, int capacity, const char* source, int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMB8to16(unsigned short* target, int capacity, const char* source,
+                           int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMB16to8(char* target, int capacity, const unsigned short* source,
+                           int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMBCodePageto16(void* converter, unsigned short* target, int capacity,
+                                  const char* source, int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMB16toCodePage(void* converter, char* target, int capacity,
+                                  const unsigned short* source, int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMBCodePageto8(void* converter, char* target, int capacity, const char* source,
+                                 int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMB8toCodePage(void* converter, char* target, int capacity, const char* source,
+                                 int sourceLength, int* resultCode);
 
 // Generic text. Where source and target are in the same encoding the text is
 // copied byte for byte, with no regard to characters, and the code is 0 even
@@ -251,12 +262,18 @@ ZRXPRS_API int VORKMB8toCodePage(void* converter, char* target, int capacity, co
 // terminated mode a NUL follows the bytes copied, so unlike the conversions
 // the target must then hold capacity + 1 bytes. A capacity of 0 or less (or a
 // null target) copies nothing and gives the source's length.
-ZRXPRS_API int VORKMBGenericto16(unsigned short* target, int capacity, const char* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMB16toGeneric(char* target, int capacity, const unsigned short* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMBGenericto8(char* target, int capacity, const char* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMB8toGeneric(char* target, int capacity, const char* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMBGenerictoCodePage(void* converter, char* target, int capacity, const char* source, int sourceLength, int* resultCode);
-ZRXPRS_API int VORKMBCodePagetoGeneric(void* converter, char* target, int capacity, const char* source, int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMBGenericto16(unsigned short* target, int capacity, const char* source,
+                                 int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMB16toGeneric(char* target, int capacity, const unsigned short* source,
+                                 int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMBGenericto8(char* target, int capacity, const char* source, int sourceLength,
+                                int* resultCode);
+ZRXPRS_API int VORKMB8toGeneric(char* target, int capacity, const char* source, int sourceLength,
+                                int* resultCode);
+ZRXPRS_API int VORKMBGenerictoCodePage(void* converter, char* target, int capacity,
+                                       const char* source, int sourceLength, int* resultCode);
+ZRXPRS_API int VORKMBCodePagetoGeneric(void* converter, char* target, int capacity,
+                                       const char* source, int sourceLength, int* resultCode);
 
 // String form (upper-case "To"): the target is replaced by the converted text
 // and the result code is returned. The output room is sized from the source
@@ -285,8 +302,10 @@ ZRXPRS_API int VORKMBGenericToU8(void* converter, std::string& target, const std
 ZRXPRS_API int VORKMBGenericToU8(std::string& target, const std::string& source);
 ZRXPRS_API int VORKMBU8ToGeneric(void* converter, std::string& target, const std::string& source);
 ZRXPRS_API int VORKMBU8ToGeneric(std::string& target, const std::string& source);
-ZRXPRS_API int VORKMBCodePageToGeneric(void* converter, std::string& target, const std::string& source);
-ZRXPRS_API int VORKMBGenericToCodePage(void* converter, std::string& target, const std::string& source);
+ZRXPRS_API int VORKMBCodePageToGeneric(void* converter, std::string& target,
+                                       const std::string& source);
+ZRXPRS_API int VORKMBGenericToCodePage(void* converter, std::string& target,
+                                       const std::string& source);
 
 // New-array form: converts a NUL-terminated source through a clone of the
 // default converter into a new NUL-terminated array that the caller frees

@@ -41,13 +41,13 @@ class ZRXPRS_API ZRSettingsParser : public ZRPMMLParser {
 public:
     // The type that a Parameter declares in its "type" attribute.
     enum ParamType {
-        ParamTypeString = 0,     // "string"
-        ParamTypeDouble = 1,     // "double"
-        ParamTypeInteger = 2,    // "integer"
-        ParamTypeBoolean = 3,    // "boolean"
-        ParamTypeEnum = 4,       // "enum": read it with the string form
-        ParamTypeFieldName = 5,  // "fieldName": read it with the string form
-        ParamTypeInvalid = 6     // any other word, no "type", or no answer to be had
+        ParamTypeString = 0,    // "string"
+        ParamTypeDouble = 1,    // "double"
+        ParamTypeInteger = 2,   // "integer"
+        ParamTypeBoolean = 3,   // "boolean"
+        ParamTypeEnum = 4,      // "enum": read it with the string form
+        ParamTypeFieldName = 5, // "fieldName": read it with the string form
+        ParamTypeInvalid = 6    // any other word, no "type", or no answer to be had
     };
 
     // A failure of the base's construction stays in the status (103).
@@ -89,11 +89,11 @@ public:
     // form of GetVariables, and GetFrequencyWeight ("FrequencyWeightVar") as
     // its single form. Names are not checked against the dictionaries.
     ZRCommon::ZRStatus GetTargetVars(std::vector<std::string>& out) const;
-    ZRCommon::ZRStatus GetCatResponseVars(std::vector<std::string>& out) const;   // "CatResponses"
-    ZRCommon::ZRStatus GetContResponseVars(std::vector<std::string>& out) const;  // "ContResponses"
+    ZRCommon::ZRStatus GetCatResponseVars(std::vector<std::string>& out) const;  // "CatResponses"
+    ZRCommon::ZRStatus GetContResponseVars(std::vector<std::string>& out) const; // "ContResponses"
     ZRCommon::ZRStatus GetPredictors(std::vector<std::string>& out) const;
-    ZRCommon::ZRStatus GetCatPredictors(std::vector<std::string>& out) const;     // "CatPredictors"
-    ZRCommon::ZRStatus GetContPredictors(std::vector<std::string>& out) const;    // "ContPredictors"
+    ZRCommon::ZRStatus GetCatPredictors(std::vector<std::string>& out) const;  // "CatPredictors"
+    ZRCommon::ZRStatus GetContPredictors(std::vector<std::string>& out) const; // "ContPredictors"
     ZRCommon::ZRStatus GetFrequencyWeight(std::string& out) const;
 
     // List form: with isList exactly "true", the `value` of each Value of the

@@ -13,7 +13,8 @@ int main()
         "</Fields></DataModel>");
     ZRMTD_NAMESPACE::ZRVarList list;
     const ZRCommon::ZRStatus filled = parser.FillVarList(list, false, false, 0);
-    if (!parsed.IsOK() || !filled.IsOK() || list.Size() != 1 || list.GetVarAt(0)->GetName() != "age") {
+    if (!parsed.IsOK() || !filled.IsOK() || list.Size() != 1 ||
+        list.GetVarAt(0)->GetName() != "age") {
         std::cerr << "consumer: unexpected result\n";
         return 1;
     }

@@ -43,14 +43,14 @@ enum SplitType { kString, kInteger, kDouble };
 struct SplitVariable {
     std::string name;
     SplitType type = kString;
-    std::vector<std::string> texts;   // distinct values, as first written
-    std::vector<double> numbers;      // the same as numbers (integer, double)
+    std::vector<std::string> texts; // distinct values, as first written
+    std::vector<double> numbers;    // the same as numbers (integer, double)
 };
 
 struct ModelLine {
     std::size_t line;
-    std::string path;     // as given to the combiner
-    std::string written;  // as written in the manifest
+    std::string path;    // as given to the combiner
+    std::string written; // as written in the manifest
     std::vector<std::string> values;
 };
 
@@ -174,11 +174,11 @@ int RunCombine(const CombineOptions& options)
     for (const SplitVariable& split : splits) {
         int index = -1;
         if (split.type == kString)
-            index = splitVars.AddCatVar(split.name, split.name, split.texts,
-                                        IZRVariable::eRoleInput);
+            index =
+                splitVars.AddCatVar(split.name, split.name, split.texts, IZRVariable::eRoleInput);
         else
-            index = splitVars.AddCatVar(split.name, split.name, split.numbers,
-                                        IZRVariable::eRoleInput);
+            index =
+                splitVars.AddCatVar(split.name, split.name, split.numbers, IZRVariable::eRoleInput);
         if (index < 0) {
             std::cerr << "zrx combine: --split " << split.name << ": given twice\n";
             return kExitUsage;
@@ -187,8 +187,7 @@ int RunCombine(const CombineOptions& options)
             splitVars.GetVarAt(index)->SetStorageType(split.type == kInteger ? 1 : 2);
     }
 
-    const bool showBar =
-        !options.quiet && (options.progress || isatty(fileno(stderr)) == 1);
+    const bool showBar = !options.quiet && (options.progress || isatty(fileno(stderr)) == 1);
     ProgressBar bar(stderr, models.size(), showBar);
     ZRXPrsUtil::ZRXSplitPMMLCombiner combiner(splitVars);
     std::size_t refused = 0;

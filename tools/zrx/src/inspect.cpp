@@ -46,10 +46,10 @@ namespace zrx {
 namespace {
 
 using Json = nlohmann::ordered_json;
+using xercesc::DOMElement;
 using ZRMTD_NAMESPACE::IZREncoder;
 using ZRMTD_NAMESPACE::IZRVariable;
 using ZRXPrsUtil::ZRSettingsParser;
-using xercesc::DOMElement;
 
 // ------------------------------------------------------------ gathering
 
@@ -67,7 +67,8 @@ struct Problems {
 // and highest finite doubles).
 Json NumberJson(double value)
 {
-    if (ZRMV::IsMissing(value) || value != value || value == std::numeric_limits<double>::lowest() ||
+    if (ZRMV::IsMissing(value) || value != value ||
+        value == std::numeric_limits<double>::lowest() ||
         value == std::numeric_limits<double>::max())
         return nullptr;
     return value;
@@ -177,12 +178,25 @@ Json AttributeJson(const DOMElement& element, const char* name)
 
 bool IsModelTag(const std::string& tag)
 {
-    static const std::set<std::string> models = {
-        "AnomalyDetectionModel", "AssociationModel", "BaselineModel", "BayesianNetworkModel",
-        "ClusteringModel", "GaussianProcessModel", "GeneralRegressionModel", "MiningModel",
-        "NaiveBayesModel", "NearestNeighborModel", "NeuralNetwork", "RegressionModel",
-        "RuleSetModel", "Scorecard", "SequenceModel", "SupportVectorMachineModel", "TextModel",
-        "TimeSeriesModel", "TreeModel"};
+    static const std::set<std::string> models = {"AnomalyDetectionModel",
+                                                 "AssociationModel",
+                                                 "BaselineModel",
+                                                 "BayesianNetworkModel",
+                                                 "ClusteringModel",
+                                                 "GaussianProcessModel",
+                                                 "GeneralRegressionModel",
+                                                 "MiningModel",
+                                                 "NaiveBayesModel",
+                                                 "NearestNeighborModel",
+                                                 "NeuralNetwork",
+                                                 "RegressionModel",
+                                                 "RuleSetModel",
+                                                 "Scorecard",
+                                                 "SequenceModel",
+                                                 "SupportVectorMachineModel",
+                                                 "TextModel",
+                                                 "TimeSeriesModel",
+                                                 "TreeModel"};
     return models.count(tag) > 0;
 }
 
@@ -296,8 +310,8 @@ Json TypeJson(ZRSettingsParser::ParamType type)
 // The value of a Parameter that holds one, read by the form of its type. A
 // typed form that refuses the text leaves the text in place, with a problem.
 Json ScalarJson(ZRSettingsParser& reader, const char* name, void* context,
-                ZRSettingsParser::ParamType type, const std::string& text,
-                const std::string& where, Problems& problems)
+                ZRSettingsParser::ParamType type, const std::string& text, const std::string& where,
+                Problems& problems)
 {
     ZRCommon::ZRStatus status;
     Json value = text;
@@ -323,8 +337,7 @@ Json ScalarJson(ZRSettingsParser& reader, const char* name, void* context,
             value = flag;
         break;
     }
-    default:
-        break;
+    default: break;
     }
     if (!status.IsOK())
         problems.Add(where, status);
@@ -354,8 +367,8 @@ Json ListJson(ZRSettingsParser& reader, const char* name, void* context,
     return values;
 }
 
-Json MatrixJson(ZRSettingsParser& reader, const char* name, void* context,
-                const std::string& where, Problems& problems)
+Json MatrixJson(ZRSettingsParser& reader, const char* name, void* context, const std::string& where,
+                Problems& problems)
 {
     std::vector<std::vector<std::string>> texts;
     const ZRCommon::ZRStatus status = reader.GetMatrix(name, texts, context);
@@ -397,15 +410,14 @@ Json ParametersJson(ZRSettingsParser& reader, const DOMElement& scope, void* con
         if (tag == "ComplexParameter") {
             entry["kind"] = "group";
             void* group = reader.GetComplexParameter(name.c_str(), context);
-            entry["parameters"] =
-                group != nullptr ? ParametersJson(reader, *child, group, path + name + "/", problems)
-                                 : Json::array();
+            entry["parameters"] = group != nullptr ? ParametersJson(reader, *child, group,
+                                                                    path + name + "/", problems)
+                                                   : Json::array();
         } else if (tag == "MatrixParmeter") {
             entry["kind"] = "matrix";
             entry["rows"] = MatrixJson(reader, name.c_str(), context, where, problems);
         } else {
-            const ZRSettingsParser::ParamType type =
-                reader.GetParameterType(name.c_str(), context);
+            const ZRSettingsParser::ParamType type = reader.GetParameterType(name.c_str(), context);
             entry["type"] = TypeJson(type);
             std::string text;
             const ZRCommon::ZRStatus status = reader.GetParameter(name.c_str(), text, context);
@@ -428,8 +440,10 @@ Json ParametersJson(ZRSettingsParser& reader, const DOMElement& scope, void* con
 
 const DOMElement* ParametersElement(const DOMElement* root)
 {
-    const DOMElement* task = root ? ZRXPrsUtil::GetFirstChildElmt(*root, "MiningBuildTask") : nullptr;
-    const DOMElement* extension = task ? ZRXPrsUtil::GetFirstChildElmt(*task, "Extension") : nullptr;
+    const DOMElement* task =
+        root ? ZRXPrsUtil::GetFirstChildElmt(*root, "MiningBuildTask") : nullptr;
+    const DOMElement* extension =
+        task ? ZRXPrsUtil::GetFirstChildElmt(*task, "Extension") : nullptr;
     return extension ? ZRXPrsUtil::GetFirstChildElmt(*extension, "Parameters") : nullptr;
 }
 

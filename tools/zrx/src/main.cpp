@@ -77,9 +77,10 @@ int main(int argc, char** argv)
                      "A split variable NAME[:string|integer|double] (string if no type), "
                      "in the order of the manifest's columns")
         ->required();
-    combineCmd->add_option("-m,--manifest", combine.manifest,
-                           "Tab-separated lines: model path, then its split values; "
-                           "- reads standard input")
+    combineCmd
+        ->add_option("-m,--manifest", combine.manifest,
+                     "Tab-separated lines: model path, then its split values; "
+                     "- reads standard input")
         ->required();
     combineCmd->add_option("-o,--output", combine.output, "The combined PMML file")->required();
     combineCmd->add_flag("-k,--keep-going", combine.keepGoing,

@@ -27,8 +27,7 @@ std::string Duration(double seconds)
 
 ProgressBar::ProgressBar(std::FILE* stream, std::size_t count, bool on)
     : out(stream), total(count), enabled(on), start(Clock::now()), next(start)
-{
-}
+{}
 
 ProgressBar::~ProgressBar()
 {

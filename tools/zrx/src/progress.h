@@ -48,7 +48,7 @@ private:
     std::size_t current = 0;
     bool enabled;
     bool drawn = false;
-    std::size_t width = 0;  // characters of the last line drawn
+    std::size_t width = 0; // characters of the last line drawn
     Clock::time_point start;
     Clock::time_point next;
 };

@@ -209,8 +209,8 @@ public:
         if (!collector.rootSeen && collector.problems.empty())
             collector.problems.push_back({0, 0, "no document element"});
         for (const Problem& problem : collector.problems)
-            out << file << ":" << problem.line << ":" << problem.column << ": "
-                << problem.message << "\n";
+            out << file << ":" << problem.line << ":" << problem.column << ": " << problem.message
+                << "\n";
         return collector.problems.empty() ? kValid : kInvalid;
     }
 

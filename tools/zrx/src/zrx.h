@@ -11,12 +11,12 @@ namespace zrx {
 
 // Exit statuses of the tool, the same for every subcommand.
 enum ExitStatus {
-    kExitOK = 0,        // done; every file valid
-    kExitFailed = 1,    // a read failed, a file is invalid, or a model was refused
-    kExitUsage = 2,     // bad arguments or a bad manifest line; nothing done
-    kExitNoSchema = 3,  // validate: no bundled schema for a document's PMML version
-    kExitPartial = 4,   // combine --keep-going: written without the refused models
-    kExitOutput = 5     // combine: the output file can't be written
+    kExitOK = 0,       // done; every file valid
+    kExitFailed = 1,   // a read failed, a file is invalid, or a model was refused
+    kExitUsage = 2,    // bad arguments or a bad manifest line; nothing done
+    kExitNoSchema = 3, // validate: no bundled schema for a document's PMML version
+    kExitPartial = 4,  // combine --keep-going: written without the refused models
+    kExitOutput = 5    // combine: the output file can't be written
 };
 
 // The meaning of a ZRStatus code in a few words, "unknown status" for a code
@@ -38,18 +38,18 @@ int RunInspect(const InspectOptions& options);
 
 struct ValidateOptions {
     std::vector<std::string> files;
-    std::string schemaDir;  // empty: next to the program, then the source tree
-    bool quiet = false;     // no "FILE: valid" lines
+    std::string schemaDir; // empty: next to the program, then the source tree
+    bool quiet = false;    // no "FILE: valid" lines
 };
 int RunValidate(const ValidateOptions& options);
 
 struct CombineOptions {
-    std::vector<std::string> splits;  // NAME[:string|integer|double]
+    std::vector<std::string> splits; // NAME[:string|integer|double]
     std::string manifest;
     std::string output;
     bool keepGoing = false;
-    bool progress = false;  // the bar even when standard error is no terminal
-    bool quiet = false;     // no bar, no summary
+    bool progress = false; // the bar even when standard error is no terminal
+    bool quiet = false;    // no bar, no summary
 };
 int RunCombine(const CombineOptions& options);
 

@@ -88,8 +88,8 @@ ZRXPRS_API const XMLCh* GetAttribute(const xercesc::DOMNode& node, const char* n
 // Sign rule: negative, any integer; zero, 0 or more; positive, more than 0.
 // `value` is written whenever the text is an integer, also when the sign
 // rule then fails.
-ZRXPRS_API int GetIntAttribute(const xercesc::DOMElement& element, const char* name,
-                               int signRule, int& value);
+ZRXPRS_API int GetIntAttribute(const xercesc::DOMElement& element, const char* name, int signRule,
+                               int& value);
 // -1 attribute absent; 0 success; 1 not accepted by the number rule (NaN
 // gives ZRMV::gMissingValue, INF and -INF are refused).
 ZRXPRS_API int GetDoubleAttribute(const xercesc::DOMElement& element, const char* name,
@@ -107,9 +107,8 @@ ZRXPRS_API const xercesc::DOMElement* GetFirstChildElmt(const xercesc::DOMNode& 
                                                         const char* tag);
 // The first child whose tag is that of the earliest entry of `names` that has
 // a child; `index` is that entry's position (0 and null when none matches).
-ZRXPRS_API const xercesc::DOMElement* GetFirstChildElmt(const xercesc::DOMNode& node,
-                                                        const NameListEntry* names,
-                                                        std::size_t& index);
+ZRXPRS_API const xercesc::DOMElement*
+GetFirstChildElmt(const xercesc::DOMNode& node, const NameListEntry* names, std::size_t& index);
 // Vendor Extension elements: tag "Extension", "extender" equal to
 // VendorExtenderId and, when `name` is not null, "name" equal to it.
 ZRXPRS_API const xercesc::DOMElement* GetNextSiblingExtension(const xercesc::DOMNode& node,
@@ -132,8 +131,7 @@ ZRXPRS_API bool AssembleDoublesList(const xercesc::DOMElement& element,
 // Failure is told by the result; no DOM exception leaves these functions.
 
 ZRXPRS_API xercesc::DOMElement* CreateElement(xercesc::DOMDocument& document, const char* tag);
-ZRXPRS_API xercesc::DOMElement* CreateExtension(xercesc::DOMDocument& document,
-                                                const char* name);
+ZRXPRS_API xercesc::DOMElement* CreateExtension(xercesc::DOMDocument& document, const char* name);
 // A null new child (and for ReplaceElement a null old child) gives false
 // without touching the DOM; a null reference child of InsertElement appends.
 ZRXPRS_API bool ReplaceElement(xercesc::DOMElement& parent, xercesc::DOMElement* newChild,

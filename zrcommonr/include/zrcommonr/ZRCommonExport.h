@@ -4,13 +4,13 @@
 #define ZRCOMMONR_ZRCOMMONEXPORT_H
 
 #if defined(_WIN32)
-#  if defined(ZRCOMMONR_BUILDING)
-#    define ZRCOMMON_API __declspec(dllexport)
-#  else
-#    define ZRCOMMON_API __declspec(dllimport)
-#  endif
+#if defined(ZRCOMMONR_BUILDING)
+#define ZRCOMMON_API __declspec(dllexport)
 #else
-#  define ZRCOMMON_API __attribute__((visibility("default")))
+#define ZRCOMMON_API __declspec(dllimport)
+#endif
+#else
+#define ZRCOMMON_API __attribute__((visibility("default")))
 #endif
 
 #endif

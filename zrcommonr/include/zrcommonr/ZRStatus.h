@@ -19,7 +19,7 @@ public:
     ZRStatus(long code, bool flag);
 
     bool IsOK() const;
-    long GetCode() const;   // 0 when OK
+    long GetCode() const; // 0 when OK
     bool GetFlag() const;
 
     bool operator==(const ZRStatus& other) const;
@@ -28,7 +28,7 @@ public:
 private:
     long m_code;
     bool m_flag;
-    bool m_given;   // built with a code
+    bool m_given; // built with a code
 };
 
 } // namespace ZRCommon

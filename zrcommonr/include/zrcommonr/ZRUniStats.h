@@ -46,7 +46,7 @@ public:
     //   missing or 0 or more.
     bool IsValid() const;
 
-    bool IsEmpty() const;        // default-constructed
+    bool IsEmpty() const; // default-constructed
     bool IsContinuous() const;
     const std::string& GetFieldName() const;
     double GetTotalFreq() const;

@@ -63,17 +63,9 @@ public:
         eRoleAltInput = 5
     };
     // How the values of a weight variable are rounded before use.
-    enum WRoundingOption {
-        eNoRounding = 0,
-        eRoundDown = 1,
-        eRoundNearest = 2
-    };
+    enum WRoundingOption { eNoRounding = 0, eRoundDown = 1, eRoundNearest = 2 };
     // Kinds answered by GetVarType.
-    enum VarType {
-        eContinuous = 1,
-        eCategoricalNumeric = 2,
-        eCategoricalString = 3
-    };
+    enum VarType { eContinuous = 1, eCategoricalNumeric = 2, eCategoricalString = 3 };
 
     virtual ~IZRVariable();
 
@@ -95,13 +87,13 @@ public:
 
     // Read access to the rest of what the add call stored.
     virtual int GetRole() const = 0;
-    virtual double GetMinimum() const = 0;       // lowest finite double if not given
-    virtual double GetMaximum() const = 0;       // highest finite double if not given
-    virtual bool GetUseBins() const = 0;         // the flag of the add call
-    virtual int GetBinCount() const = 0;         // -1 if not given
-    virtual const std::vector<double>& GetCutPoints() const = 0;  // inner cut points
-    virtual bool IsWeight() const = 0;           // made by SetWeightVar
-    virtual int GetWeightRounding() const = 0;   // the WRoundingOption, -1 if not a weight
+    virtual double GetMinimum() const = 0; // lowest finite double if not given
+    virtual double GetMaximum() const = 0; // highest finite double if not given
+    virtual bool GetUseBins() const = 0;   // the flag of the add call
+    virtual int GetBinCount() const = 0;   // -1 if not given
+    virtual const std::vector<double>& GetCutPoints() const = 0; // inner cut points
+    virtual bool IsWeight() const = 0;                           // made by SetWeightVar
+    virtual int GetWeightRounding() const = 0; // the WRoundingOption, -1 if not a weight
 };
 
 // An ordered list of variables. Every add returns the index of the new
@@ -150,7 +142,7 @@ public:
     // Index of the variable with that name, -1 if none.
     int FindVar(const std::string& name) const;
 
-    struct Impl;  // the list's storage, private to the library
+    struct Impl; // the list's storage, private to the library
 
 private:
     std::unique_ptr<Impl> m_impl;
