@@ -54,11 +54,11 @@ struct ModelLine {
     std::vector<std::string> values;
 };
 
-bool ParseSplit(const std::string& spec, SplitVariable& variable)
+bool ParseSplit(const std::string& option, SplitVariable& variable)
 {
-    const std::size_t colon = spec.rfind(':');
-    variable.name = spec.substr(0, colon);
-    const std::string type = colon == std::string::npos ? "string" : spec.substr(colon + 1);
+    const std::size_t colon = option.rfind(':');
+    variable.name = option.substr(0, colon);
+    const std::string type = colon == std::string::npos ? "string" : option.substr(colon + 1);
     if (type == "string")
         variable.type = kString;
     else if (type == "integer")
