@@ -124,7 +124,7 @@ TEST_P(Depth, CombinerAddsAndExports)
     }
     EXPECT_EQ("0/0", got);
     // The model sits 3 levels deeper in the output, inside its Segment.
-    const std::string written = zrxhost::ReadText(output);
+    const std::string written = zrxtest::ReadFile(output);
     EXPECT_EQ(static_cast<std::size_t>(Levels() - 2), Count(written, "<Node "));
     EXPECT_NE(std::string::npos, written.find("</Segmentation></MiningModel></PMML>"));
 }
@@ -146,7 +146,7 @@ TEST_P(Depth, DocumentReaderAndWriter)
         return;
     }
     EXPECT_EQ("0/0/1", got);
-    EXPECT_EQ(static_cast<std::size_t>(Levels() - 2), Count(zrxhost::ReadText(output), "<Node "));
+    EXPECT_EQ(static_cast<std::size_t>(Levels() - 2), Count(zrxtest::ReadFile(output), "<Node "));
 }
 
 INSTANTIATE_TEST_SUITE_P(AtAndPastTheLimit, Depth, ::testing::Values(0, 1),

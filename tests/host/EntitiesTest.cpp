@@ -56,7 +56,7 @@ TEST(Entities, ACombinedModelCarriesTheTextOfItsEntitiesAndReadsBack)
     const std::string output = dir.File("combined.pmml");
     ASSERT_EQ(0, combiner.ExportMiningModel(output).GetCode());
 
-    const std::string text = zrxhost::ReadText(output);
+    const std::string text = zrxtest::ReadFile(output);
     EXPECT_EQ(std::string::npos, text.find('&')) << text;
     EXPECT_NE(std::string::npos, text.find("Made by Acme line N")) << text;
     EXPECT_NE(std::string::npos, text.find("Acme tree")) << text;

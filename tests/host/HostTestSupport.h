@@ -3,6 +3,8 @@
 #ifndef ZRX_HOST_TEST_SUPPORT_H
 #define ZRX_HOST_TEST_SUPPORT_H
 
+#include "ZRXTestDom.h"
+
 #include <pthread.h>
 #include <unistd.h>
 
@@ -121,14 +123,6 @@ public:
 private:
     std::filesystem::path m_path;
 };
-
-inline std::string ReadText(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream out;
-    out << in.rdbuf();
-    return out.str();
-}
 
 } // namespace zrxhost
 

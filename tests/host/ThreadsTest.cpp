@@ -43,7 +43,7 @@ void DataModel(std::ostringstream& out)
 {
     ZRXPrsUtil::ZRDataModelParser parser;
     ZRVarList vars;
-    out << "dm " << parser.ParseToDOM(zrxhost::ReadText(kExamples + "/job.datamodel.xml")).GetCode()
+    out << "dm " << parser.ParseToDOM(zrxtest::ReadFile(kExamples + "/job.datamodel.xml")).GetCode()
         << ' ' << parser.FillVarList(vars, false, true, 10).GetCode() << ' ';
     Names(vars, out);
 }
@@ -106,7 +106,7 @@ void Combine(const std::string& outPath, std::ostringstream& out)
         out << combiner.AddModel(kExamples + "/split/churn_" + region + ".pmml", {region})
                    .GetCode();
     out << ' ' << combiner.ExportMiningModel(outPath).GetCode() << '\n'
-        << zrxhost::ReadText(outPath) << '\n';
+        << zrxtest::ReadFile(outPath) << '\n';
 }
 
 void ReadWrite(const std::string& outPath, std::ostringstream& out)
@@ -114,7 +114,7 @@ void ReadWrite(const std::string& outPath, std::ostringstream& out)
     ZRXPrsUtil::ZRXMLReadWrite io;
     out << "rw " << io.ParseToDOM(kExamples + "/job.datamodel.xml").GetCode() << ' '
         << io.WriteFromDOM(outPath).GetCode() << '\n'
-        << zrxhost::ReadText(outPath) << '\n';
+        << zrxtest::ReadFile(outPath) << '\n';
 }
 
 void Conversions(std::ostringstream& out)
