@@ -68,20 +68,19 @@ namespace {
 
 // One node of a parsed model made anew in `document`: an element, text,
 // CDATA or comment without its children (`whole` false), any other node with
-// everything below it (`whole` true). Elements of a model read without
-// namespaces are made by name, with their attributes set by name and value:
-// the XML library's own import makes every attribute a node of its own and
-// imports its text child, each checked and appended, which cost about as
-// much as the whole parse of the model. Any other kind of node, and an
-// element with a namespace, is imported by the library.
+// everything below it (`whole` true). The models are read without namespaces
+// (a prefix is part of a tag or attribute name, and a namespace declaration
+// is an attribute like any other), so an element is made by name, with its
+// attributes set by name and value: the XML library's own import makes every
+// attribute a node of its own and imports its text child, each checked and
+// appended, which cost about as much as the whole parse of the model. Any
+// other kind of node is imported by the library.
 xercesc::DOMNode* CopyNode(xercesc::DOMDocument& document, const xercesc::DOMNode* source,
                            bool& whole)
 {
     whole = false;
     switch (source->getNodeType()) {
     case xercesc::DOMNode::ELEMENT_NODE: {
-        if (source->getLocalName() != nullptr)
-            return document.importNode(source, false);
         xercesc::DOMElement* copy = document.createElement(source->getNodeName());
         const xercesc::DOMNamedNodeMap* attributes = source->getAttributes();
         const XMLSize_t count = attributes != nullptr ? attributes->getLength() : 0;
