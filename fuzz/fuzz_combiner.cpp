@@ -62,6 +62,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
                    ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
     list.AddCatVar("band", "", std::vector<double>{1, 2}, ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
     ZRXPrsUtil::ZRXSplitPMMLCombiner combiner(list);
+    // Both forms; the strict one is checked on a document too.
+    combiner.SetStrictPMML(size % 3 != 0);
+    std::vector<std::string> doubled;
+    combiner.CheckSplitModel(later, doubled);
     const bool two = size % 2 == 0;
     combiner.AddModel(first, {"north", two ? "1" : ""});
     combiner.AddModel(later, {"south", "2"});

@@ -31,10 +31,19 @@ extern const char* const kSimplePredicate;
 extern const char* const kCompoundPredicate;
 extern const char* const kFalse;
 extern const char* const kLocalTransformations;
+extern const char* const kDefineFunction;
+extern const char* const kTaxonomy;
+
+// The children that a model element of PMML 4.x may hold before its
+// LocalTransformations, the same in every model kind (each kind allows some
+// of them): the strict form puts a LocalTransformations after the leading
+// run of these. Closed by null.
+extern const char* const kModelChildrenBeforeLocalTransformations[];
 
 extern const char* const kName;
 extern const char* const kValueAtt;
 extern const char* const kFunctionName;
+extern const char* const kXmlns;
 
 // Appends to `nodes` the elements below `root` (at any depth, `root` itself
 // not included) whose tag as written equals `tag`, in document order, and

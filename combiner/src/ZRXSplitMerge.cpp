@@ -9,6 +9,8 @@
 
 #include <xercesc/dom/DOM.hpp>
 
+#include <algorithm>
+
 namespace ZRXPrsUtil {
 
 using namespace SplitPMML;
@@ -58,7 +60,7 @@ void ZRXSplitPMMLCombiner::InsertDataFieldElem(xercesc::DOMNode* dictionary, int
     if (index < 0 || static_cast<std::size_t>(index) >= splitVarNames.size() ||
         splitVarNames[index].empty())
         return;
-    xercesc::DOMElement* field = AppendNewElement(dictionary, kDataField);
+    xercesc::DOMElement* field = AppendNewElement(dictionary, kDataField, dataFieldsEnd);
     if (field == nullptr)
         return;
     SetAttribute(*field, kName, splitVarNames[index].c_str());
@@ -74,7 +76,7 @@ void ZRXSplitPMMLCombiner::InsertDataFieldElem(xercesc::DOMNode* dictionary, int
 xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertDataField(const xercesc::DOMNode* field,
                                                         xercesc::DOMNode* dictionary)
 {
-    xercesc::DOMNode* copy = CopyChild(field, dictionary, true);
+    xercesc::DOMNode* copy = CopyChild(field, dictionary, true, dataFieldsEnd);
     const XMLCh* name = copy != nullptr ? GetAttribute(*copy, kName) : nullptr;
     if (name == nullptr)
         return copy;
@@ -159,9 +161,25 @@ void ZRXSplitPMMLCombiner::InsertSplitVarsToMiningModel(xercesc::DOMNode* dictio
 {
     if (dictionary == nullptr || schema == nullptr)
         return;
+    const auto* schemaElement = static_cast<const xercesc::DOMElement*>(ToElement(schema));
+    // The strict form: a split variable joins a field of its name that the
+    // first model brings, instead of standing beside it.
+    std::vector<xercesc::DOMNode*> ownNodes;
+    Texts ownNames;
+    std::vector<const xercesc::DOMElement*> ownMining;
+    Texts ownMiningNames;
+    if (strictOutput) {
+        EnumDataFields(dictionary, ownNodes, ownNames);
+        ReadNamesOfMiningFields(schemaElement, ownMining, ownMiningNames);
+    }
     for (int i = 0; i < static_cast<int>(varList.Size()); ++i) {
-        InsertDataFieldElem(dictionary, i);
-        InsertMiningFieldElem(schema, i);
+        if (!strictOutput || !MergeSplitVarIntoField(i, ownNodes, ownNames))
+            InsertDataFieldElem(dictionary, i);
+        const bool inSchema = strictOutput && i < static_cast<int>(splitVarNames.size()) &&
+                              std::find(ownMiningNames.begin(), ownMiningNames.end(),
+                                        splitVarNames[i]) != ownMiningNames.end();
+        if (!inSchema)
+            InsertMiningFieldElem(schema, i);
     }
     std::vector<xercesc::DOMNode*> nodes;
     Texts names;
@@ -176,8 +194,7 @@ void ZRXSplitPMMLCombiner::InsertSplitVarsToMiningModel(xercesc::DOMNode* dictio
     UpdateNumOfDataFields(dictionary, static_cast<int>(fieldNames.size()));
     std::vector<const xercesc::DOMElement*> elements;
     Texts miningNames;
-    ReadNamesOfMiningFields(static_cast<const xercesc::DOMElement*>(ToElement(schema)), elements,
-                            miningNames);
+    ReadNamesOfMiningFields(schemaElement, elements, miningNames);
     for (const std::string& name : miningNames)
         IndexMiningField(name);
 }

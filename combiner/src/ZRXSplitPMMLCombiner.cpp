@@ -15,6 +15,8 @@
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include <algorithm>
+
 using ZRCommon::ZRStatus;
 
 namespace ZRXPrsUtil {
@@ -37,9 +39,14 @@ const char* const kSimplePredicate = "SimplePredicate";
 const char* const kCompoundPredicate = "CompoundPredicate";
 const char* const kFalse = "False";
 const char* const kLocalTransformations = "LocalTransformations";
+const char* const kDefineFunction = "DefineFunction";
+const char* const kTaxonomy = "Taxonomy";
+const char* const kModelChildrenBeforeLocalTransformations[] = {
+    "Extension", "MiningSchema", "Output", "ModelStats", "ModelExplanation", "Targets", nullptr};
 const char* const kName = "name";
 const char* const kValueAtt = "value";
 const char* const kFunctionName = "functionName";
+const char* const kXmlns = "xmlns";
 
 void CollectNamedDescendants(const xercesc::DOMNode* root, const char* tag, const char* attribute,
                              std::vector<xercesc::DOMNode*>& nodes, std::vector<std::string>& texts)
@@ -124,7 +131,8 @@ xercesc::DOMNode* CopyTree(xercesc::DOMDocument& document, const xercesc::DOMNod
 
 ZRXSplitPMMLCombiner::ZRXSplitPMMLCombiner(const ZRMTD_NAMESPACE::ZRVarList& splitVars)
     : varList(splitVars), status(), modelCount(0), document(nullptr), dataDictionary(nullptr),
-      miningSchema(nullptr), segmentation(nullptr), holdsXMLLibrary(false)
+      miningSchema(nullptr), segmentation(nullptr), holdsXMLLibrary(false), strictPMML(false),
+      strictOutput(false), transDictionary(nullptr), dataFieldsEnd(nullptr)
 {
     InitStandardPMMLModels();
     InitSplitVarMetadata(splitVars);
@@ -184,7 +192,11 @@ ZRStatus ZRXSplitPMMLCombiner::ParseSplitModelXML(xercesc::DOMDocument* parsed, 
     // refused one leaves no trace and the next good one becomes the first.
     std::string function;
     const xercesc::DOMElement* pmml = GetPMML(parsed);
-    const ZRStatus checked = CheckFirstModel(pmml, GetStandardModel(pmml), function);
+    const xercesc::DOMElement* model = GetStandardModel(pmml);
+    ZRStatus checked = CheckFirstModel(pmml, model, function);
+    Declarations carried;
+    if (checked.IsOK() && strictPMML)
+        checked = CheckStrictModel(pmml, model, carried);
     if (!checked.IsOK())
         return checked;
     bool created = false;
@@ -192,6 +204,7 @@ ZRStatus ZRXSplitPMMLCombiner::ParseSplitModelXML(xercesc::DOMDocument* parsed, 
     if (!created)
         return ZRStatus(ZRCommon::eCannotStart, false);
     functionName = function;
+    strictOutput = strictPMML;
     return FillCommonToMiningModel(parsed, values);
 }
 
@@ -254,6 +267,13 @@ ZRStatus ZRXSplitPMMLCombiner::FillCommonToMiningModel(xercesc::DOMDocument* par
     if (dataDictionary == nullptr)
         dataDictionary = AppendNewElement(root, kDataDictionary);
     const xercesc::DOMElement* transDict = GetTransDict(pmml);
+    if (strictOutput) {
+        // New fields go before it, so it stays the first for good.
+        if (dataDictionary != nullptr)
+            dataFieldsEnd =
+                const_cast<xercesc::DOMElement*>(GetFirstChildElmt(*dataDictionary, kTaxonomy));
+        TakeFunctions(transDict);
+    }
     xercesc::DOMNode* miningModel = CreateMiningModel(root, functionName);
     miningSchema = CopyChild(GetMiningSchema(model), miningModel, true);
     if (miningSchema == nullptr)
@@ -274,6 +294,16 @@ ZRStatus ZRXSplitPMMLCombiner::MergeModelToMiningModel(xercesc::DOMDocument* par
     const ZRStatus consistent = IsConsistentFunctionName(model);
     if (!consistent.IsOK())
         return consistent;
+    if (strictOutput) {
+        // Every check before the first change, so that a refusal leaves the
+        // output as it was.
+        Declarations carried;
+        const ZRStatus strict = CheckStrictModel(pmml, model, carried);
+        if (!strict.IsOK())
+            return strict;
+        CarryDeclarations(carried);
+        TakeFunctions(GetTransDict(pmml));
+    }
     UpdateDataDict(GetDataDict(pmml), dataDictionary);
     UpdateMiningSchema(GetMiningSchema(model), miningSchema);
     InsertSegment(segmentation, model, GetTransDict(pmml), values);
@@ -315,9 +345,49 @@ void ZRXSplitPMMLCombiner::ReleaseDocument()
     miningFieldNames.clear();
     fieldPositions.clear();
     miningFieldPositions.clear();
+    strictOutput = false;
+    transDictionary = nullptr;
+    dataFieldsEnd = nullptr;
+    functions.clear();
     if (holdsXMLLibrary) {
         holdsXMLLibrary = false;
         ZRXPlatform::Release();
+    }
+}
+
+void ZRXSplitPMMLCombiner::SetStrictPMML(bool strict)
+{
+    strictPMML = strict;
+}
+
+ZRStatus ZRXSplitPMMLCombiner::CheckSplitModel(const std::string& path, Texts& doubled) const
+{
+    doubled.clear();
+    try {
+        ZRXMLReadWrite reader;
+        ZRStatus result = reader.ParseToDOM(path);
+        if (!result.IsOK())
+            return result;
+        const xercesc::DOMElement* pmml = GetPMML(reader.GetDocument());
+        const xercesc::DOMElement* model = GetStandardModel(pmml);
+        std::string function;
+        result = CheckFirstModel(pmml, model, function);
+        if (!result.IsOK() || document != nullptr || strictPMML)
+            return result;
+        // The literal form writes each split variable beside a field of the
+        // same name that the first model brings.
+        std::vector<xercesc::DOMNode*> nodes;
+        Texts names;
+        EnumDataFields(GetDataDict(pmml), nodes, names);
+        std::vector<const xercesc::DOMElement*> elements;
+        ReadNamesOfMiningFields(GetMiningSchema(model), elements, names);
+        for (const std::string& name : splitVarNames)
+            if (!name.empty() && std::find(names.begin(), names.end(), name) != names.end())
+                doubled.push_back(name);
+        return result;
+    } catch (...) {
+        doubled.clear();
+        return ZRStatus(ZRCommon::eCannotParse, false);
     }
 }
 
@@ -407,23 +477,25 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyPMML(const xercesc::DOMElement* pmml
 }
 
 xercesc::DOMNode* ZRXSplitPMMLCombiner::CopyChild(const xercesc::DOMNode* source,
-                                                  xercesc::DOMNode* parent, bool deep)
+                                                  xercesc::DOMNode* parent, bool deep,
+                                                  xercesc::DOMNode* before)
 {
     if (source == nullptr || parent == nullptr || document == nullptr)
         return nullptr;
     xercesc::DOMNode* copy = CopyTree(*document, source, deep);
-    return copy != nullptr ? parent->appendChild(copy) : nullptr;
+    return copy != nullptr ? parent->insertBefore(copy, before) : nullptr;
 }
 
 xercesc::DOMElement* ZRXSplitPMMLCombiner::AppendNewElement(xercesc::DOMNode* parent,
-                                                            const char* tag)
+                                                            const char* tag,
+                                                            xercesc::DOMNode* before)
 {
     if (parent == nullptr || document == nullptr)
         return nullptr;
     xercesc::DOMElement* element = CreateElement(*document, tag);
     if (element == nullptr)
         return nullptr;
-    parent->appendChild(element);
+    parent->insertBefore(element, before);
     return element;
 }
 

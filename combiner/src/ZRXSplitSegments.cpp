@@ -95,7 +95,9 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::InsertSegment(xercesc::DOMNode* segmenta
     if (InsertPredicate(segment, values) == nullptr)
         AppendNewElement(segment, kFalse);
     xercesc::DOMNode* copy = CopyChild(model, segment, true);
-    if (transDict != nullptr)
+    if (transDict != nullptr && strictOutput)
+        PlaceTransDictInModel(transDict, copy);
+    else if (transDict != nullptr)
         CopyTransDictToLocal(transDict, copy);
     return segment;
 }

@@ -5,7 +5,12 @@
 #include "ZRXCorpus.h"
 #include "CombinerTestSupport.h"
 
+#include <algorithm>
 #include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <tuple>
 
 using namespace combinertest;
 using ZRXPrsUtil::ZRXMLReadWrite;
@@ -26,11 +31,12 @@ protected:
 
     // Combines `files` over one or two split variables, one value set per file.
     std::string Combine(const std::vector<std::string>& files, bool twoSplitVars,
-                        const std::string& name) const
+                        const std::string& name, bool strict = false) const
     {
         ZRMTD_NAMESPACE::ZRVarList list;
         AddSplitVars(list, twoSplitVars);
         ZRXSplitPMMLCombiner combiner(list);
+        combiner.SetStrictPMML(strict);
         for (std::size_t i = 0; i < files.size(); ++i) {
             Texts values{i % 2 == 0 ? "north" : "south"};
             if (twoSplitVars)
@@ -40,6 +46,25 @@ protected:
         EXPECT_EQ(combiner.GetNModels(), static_cast<int>(files.size()));
         EXPECT_TRUE(combiner.ExportMiningModel(dir.Path(name)).IsOK());
         return dir.Path(name);
+    }
+
+    // The files that xmllint finds valid against `xsd`, with its report.
+    Texts ValidOnes(const std::string& xsd, const Texts& files, std::string& report) const
+    {
+        std::string command = "xmllint --noout --nonet --schema '" + xsd + "'";
+        for (const std::string& file : files)
+            command += " '" + file + "'";
+        if (!files.empty())
+            std::system((command + " > '" + dir.Path("xmllint.log") + "' 2>&1").c_str());
+        std::ifstream log(dir.Path("xmllint.log"));
+        report.clear();
+        Texts valid;
+        for (std::string line; !files.empty() && std::getline(log, line); report += line + "\n")
+            if (std::find(files.begin(), files.end(), line.substr(0, line.rfind(' '))) !=
+                    files.end() &&
+                line.substr(line.rfind(' ') + 1) == "validates")
+                valid.push_back(line.substr(0, line.rfind(' ')));
+        return valid;
     }
 
     TempDir dir;
@@ -123,4 +148,117 @@ TEST_F(CombinerCorpus, ExampleJobSplitModelsGiveValidPMML)
     const std::string out = Combine(files, false, "churn.pmml");
     EXPECT_TRUE(ValidatesAgainst(out, kXsd + "pmml-4-4.xsd"));
     EXPECT_EQ(Combined(out).Segments().size(), 4u);
+}
+
+// The strict form on two small models: the dictionary's derived fields at
+// their place and joined with the model's own, one definition of a function,
+// the later model's prefix declared, a split variable merged into the first
+// model's field, new fields before the Taxonomy; and the later models that
+// it refuses, which change nothing.
+TEST_F(CombinerCorpus, StrictFormIsValidAndSelfContained)
+{
+    ZRMTD_NAMESPACE::ZRVarList list;
+    AddSplitVars(list, true);
+    ZRXSplitPMMLCombiner combiner(list);
+    const std::string first = DataFile("strict_first.pmml"), later = DataFile("strict_later.pmml");
+    Texts doubled;
+    ASSERT_TRUE(combiner.CheckSplitModel(first, doubled).IsOK());
+    EXPECT_EQ(doubled, Texts{"region"}); // the literal form would write it twice
+    combiner.SetStrictPMML(true);
+    EXPECT_TRUE(combiner.CheckSplitModel(first, doubled).IsOK() && doubled.empty());
+    ASSERT_TRUE(combiner.AddModel(first, {"north", "2021"}).IsOK());
+    combiner.SetStrictPMML(false); // not for this output any more
+    ASSERT_TRUE(combiner.AddModel(later, {"south", "2022"}).IsOK());
+    std::ifstream in(later);
+    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    for (const auto& [from, to, code] : std::vector<std::tuple<std::string, std::string, long>>{
+             {"urn:x", "urn:y", 129}, {"PMML-4_4", "PMML-4_3", 127}, {">2<", ">3<", 128}}) {
+        std::ofstream(dir.Path("other.pmml")) << std::string(text).replace(text.find(from),
+                                                                           from.size(), to);
+        EXPECT_EQ(combiner.AddModel(dir.Path("other.pmml"), {"south", "2021"}).GetCode(), code);
+    }
+    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("strict.pmml")).IsOK());
+    EXPECT_TRUE(ValidatesAgainst(dir.Path("strict.pmml"), kXsd + "pmml-4-4.xsd"));
+    Combined out(dir.Path("strict.pmml"));
+    EXPECT_EQ(Att(out.Root(), "xmlns:x"), "urn:x");
+    EXPECT_EQ(ChildTags(out.Root()),
+              (Texts{"Header", "DataDictionary", "TransformationDictionary", "MiningModel"}));
+    EXPECT_EQ(ChildAtts(Child(out.Root(), "TransformationDictionary"), nullptr, "name"),
+              Texts{"twice"});
+    EXPECT_EQ(ChildAtts(out.Dictionary(), nullptr, "name"),
+              (Texts{"x", "region", "year", "z", "areas"}));
+    EXPECT_EQ(Att(out.Dictionary(), "numberOfFields"), "4");
+    EXPECT_EQ(out.Values("region"), (Texts{"north", "east", "south"}));
+    EXPECT_EQ(out.SchemaNames(), (Texts{"x", "region", "year", "z"}));
+    const std::vector<Element> segments = out.Segments();
+    ASSERT_EQ(segments.size(), 2u);
+    Element a = Child(segments[0], "RegressionModel"), b = Child(segments[1], "RegressionModel");
+    EXPECT_EQ(ChildTags(a), (Texts{"Extension", "MiningSchema", "Output", "LocalTransformations",
+                                   "RegressionTable", "Extension"}));
+    EXPECT_EQ(ChildAtts(Child(a, "LocalTransformations"), nullptr, "name"), (Texts{"x2", "x3"}));
+    // The dictionary's fields come first; the model's own x3 stands.
+    EXPECT_EQ(ChildAtts(Child(b, "LocalTransformations"), nullptr, "displayName"),
+              (Texts{"<absent>", "own"}));
+}
+
+// Each corpus document of a version with a bundled schema, valid on its own
+// and taken by the combiner, combined with a copy of itself: in the strict
+// form every output is valid, and every function that an Apply calls is
+// built in or defined in the output. The literal form's figures are shown.
+TEST_F(CombinerCorpus, StrictFormOfEveryValidCorpusModelIsValidAndSelfContained)
+{
+    const std::string kBuiltIn =
+        " + - * / min max sum avg median product log10 ln sqrt abs exp pow threshold floor ceil "
+        "round modulo isMissing isNotMissing isValid isNotValid equal notEqual lessThan "
+        "lessOrEqual greaterThan greaterOrEqual and or not isIn isNotIn if uppercase lowercase "
+        "stringLength substring trimBlanks concat replace matches formatNumber formatDatetime "
+        "dateDaysSinceYear dateSecondsSinceYear dateSecondsSinceMidnight normalCDF normalPDF "
+        "stdNormalCDF stdNormalPDF erf normalIDF stdNormalIDF expm1 ln1p rint hypot sin cos tan "
+        "asin acos atan atan2 sinh cosh tanh ";
+    std::map<std::string, Texts> byXsd;
+    for (const zrxtest::CorpusFile& file : zrxtest::CorpusFiles()) {
+        ZRMTD_NAMESPACE::ZRVarList none;
+        Texts doubled;
+        ZRXMLReadWrite reader;
+        if (!ZRXSplitPMMLCombiner(none).CheckSplitModel(file.path.string(), doubled).IsOK() ||
+            !reader.ParseToDOM(file.path.string()).IsOK())
+            continue;
+        const std::string space = Att(reader.GetDocument()->getDocumentElement(), "xmlns");
+        for (const char* version : {"4_2", "4_3", "4_4"})
+            if (space == std::string("http://www.dmg.org/PMML-") + version)
+                byXsd[std::string("pmml-") + version[0] + "-" + version[2] + ".xsd"].push_back(
+                    file.path.string());
+    }
+    std::size_t pairs = 0, valid[2] = {0, 0};
+    std::string report;
+    for (const auto& [xsd, files] : byXsd) {
+        Texts outputs[2];
+        for (const std::string& path : ValidOnes(kXsd + xsd, files, report)) {
+            ++pairs;
+            for (const bool strict : {false, true})
+                outputs[strict].push_back(Combine({path, path}, false,
+                                                  std::to_string(pairs) + (strict ? "s" : "l"), strict));
+        }
+        valid[0] += ValidOnes(kXsd + xsd, outputs[0], report).size();
+        const std::size_t strictValid = ValidOnes(kXsd + xsd, outputs[1], report).size();
+        valid[1] += strictValid;
+        EXPECT_EQ(strictValid, outputs[1].size()) << report;
+        for (const std::string& path : outputs[1]) {
+            Combined out(path);
+            ASSERT_TRUE(out.ok) << path;
+            const Texts defined =
+                ChildAtts(Child(out.Root(), "TransformationDictionary"), "DefineFunction", "name");
+            const xercesc::DOMNodeList* applies =
+                out.Root()->getElementsByTagName(ZRXPrsUtil::ToUTF16("Apply").data());
+            for (XMLSize_t i = 0; i < applies->getLength(); ++i) {
+                const std::string name = Att(static_cast<Element>(applies->item(i)), "function");
+                EXPECT_TRUE(kBuiltIn.find(" " + name + " ") != std::string::npos ||
+                            std::count(defined.begin(), defined.end(), name) == 1)
+                    << path << ": " << name;
+            }
+        }
+    }
+    EXPECT_GT(pairs, 0u);
+    std::cout << pairs << " pairs combined; valid: " << valid[0] << " in the literal form, "
+              << valid[1] << " in the strict form\n";
 }

@@ -24,11 +24,53 @@
 //                     the DerivedFields of the model's TransformationDictionary
 //                     become a LocalTransformations, the copy's last child.
 // Names are compared exactly; the first definition of a name wins, silently.
+// This is the literal form, the default, kept for callers that rely on it.
+//
+// The strict PMML form (SetStrictPMML(true)): the literal form gives
+// schema-valid PMML for the models it was made for, but not for models of
+// common producers: it puts a model's LocalTransformations where the PMML
+// schema allows none, drops the DefineFunctions that the model's Apply
+// elements call, writes a split variable that the first model already has as
+// a second DataField, and carries no namespace declaration of a later model.
+// In the strict form, the output of well-formed, schema-valid split models of
+// one PMML version is schema-valid and self-contained; it departs from the
+// literal form in these points only:
+//  - a model's LocalTransformations stands at its place in the schema, after
+//    the leading Extension, MiningSchema, Output, ModelStats,
+//    ModelExplanation and Targets children (the same place in every model
+//    kind of PMML 4.x); the DerivedFields of the model's
+//    TransformationDictionary join a LocalTransformations that the model
+//    already has, before the model's own DerivedFields, and a name that the
+//    model derives itself keeps the model's definition. No
+//    LocalTransformations is made when there is no DerivedField to hold;
+//  - the DefineFunctions of each model's TransformationDictionary go into one
+//    TransformationDictionary of the output, right after its DataDictionary.
+//    A function whose name is there already stands once when the two are the
+//    same text (equal DOM nodes: white space and comments count); another
+//    definition of the name refuses the model (128);
+//  - a later model's elements and attributes keep their namespace prefixes'
+//    declarations: a prefix that its tags or attribute names in the model,
+//    its DataDictionary or its TransformationDictionary use, and that its own
+//    PMML element declares, is declared on the output's PMML element too. A
+//    prefix that the output binds to another namespace refuses the model
+//    (129);
+//  - a later model whose PMML element is in another default namespace than
+//    the first model's (another PMML version, or none) is refused (127): the
+//    output has one version;
+//  - a split variable whose name the first model's DataDictionary already
+//    holds gets no DataField of its own: the existing DataField takes the
+//    split values it lacks, after its own. One that the first model's
+//    MiningSchema already holds gets no second MiningField; the existing one
+//    stands with its attributes;
+//  - new DataFields (a split variable's, a later model's) stand before the
+//    dictionary's Taxonomy elements, which the schema puts after the fields.
+// 127, 128 and 129 leave the output as it was, like every refused model.
 //
 // AddModel statuses: 126 the number of values differs from the number of
 // split variables (the file is not opened); 103/104 the file can't be read or
 // parsed; 125 the model is itself a MiningModel; 124 a later model has another
-// functionName than the first; 108 the model has no functionName. A refused
+// functionName than the first; 108 the model has no functionName; in the
+// strict form also 127, 128 and 129 (see above). A refused
 // model changes nothing in the output, and the next AddModel may succeed.
 // An empty path or an empty list of values returns the previous status and
 // does nothing.
@@ -103,6 +145,7 @@
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 namespace ZRXPrsUtil {
@@ -124,6 +167,30 @@ public:
     // model it returns the last status and writes nothing; an empty path
     // writes nothing and gives OK.
     ZRCommon::ZRStatus ExportMiningModel(const std::string& path);
+
+    // The strict PMML form with true, the literal form with false (the
+    // default); see the class comment for what the strict form changes and
+    // why. The form is fixed when the first model of an output document is
+    // taken: a call while a document is being built applies from the next
+    // one (after ExportMiningModel), so that one output never mixes the two.
+    void SetStrictPMML(bool strict);
+
+    // Reads the document at `path` and tells whether AddModel, as things
+    // stand, would take a model from it, without taking anything. AddModel
+    // lets a later document through with OK and no Segment when its root is
+    // not PMML or it has no model of a kind the combiner nests (its
+    // DataDictionary is merged all the same); a caller that wants to refuse
+    // such a document asks here first. The status is the one a first model
+    // gets: 104 the document can't be read or parsed, 105 its root is not
+    // PMML, 113 it has no model of a kind the combiner nests, 125 its model
+    // is a MiningModel, 108 or 109 the model's functionName is absent or
+    // empty; else OK. `doubled` gets the names of the split variables that
+    // taking the document would write twice: in the literal form, when no
+    // model has been taken yet, those that its DataDictionary or its model's
+    // MiningSchema already holds (empty otherwise). The statuses that depend
+    // on the models taken before (124, 127 to 129) are AddModel's alone.
+    ZRCommon::ZRStatus CheckSplitModel(const std::string& path,
+                                       std::vector<std::string>& doubled) const;
 
     // The number of Segments of the output document.
     int GetNModels() const;
@@ -160,10 +227,13 @@ private:
     xercesc::DOMNode* CopyPMML(const xercesc::DOMElement* pmml, bool deep);
     // Copies `source` (with everything below it when `deep`) into the output
     // document, node for node as the XML library's import would, and appends
-    // it to `parent`; null if either is null.
+    // it to `parent`, or puts it before `before` when that is not null; null
+    // if the source or the parent is null.
     xercesc::DOMNode* CopyChild(const xercesc::DOMNode* source, xercesc::DOMNode* parent,
-                                bool deep);
-    xercesc::DOMElement* AppendNewElement(xercesc::DOMNode* parent, const char* tag);
+                                bool deep, xercesc::DOMNode* before = nullptr);
+    // A new element `tag`, appended to `parent` or put before `before`.
+    xercesc::DOMElement* AppendNewElement(xercesc::DOMNode* parent, const char* tag,
+                                          xercesc::DOMNode* before = nullptr);
     xercesc::DOMNode* CreateMiningModel(xercesc::DOMNode* parent, const std::string& function);
     ZRCommon::ZRStatus WriteDocToPMMLFile(const xercesc::DOMDocument* doc, const std::string& path);
 
@@ -208,6 +278,18 @@ private:
     xercesc::DOMNode* CopyTransDictToLocal(const xercesc::DOMElement* transDict,
                                            xercesc::DOMNode* modelCopy);
 
+    // The strict form.
+    typedef std::vector<std::pair<std::string, std::string>> Declarations;
+    ZRCommon::ZRStatus CheckStrictModel(const xercesc::DOMElement* pmml,
+                                        const xercesc::DOMElement* model,
+                                        Declarations& carried) const;
+    void CarryDeclarations(const Declarations& carried);
+    void TakeFunctions(const xercesc::DOMElement* transDict);
+    xercesc::DOMNode* PlaceTransDictInModel(const xercesc::DOMElement* transDict,
+                                            xercesc::DOMNode* modelCopy);
+    bool MergeSplitVarIntoField(int index, const std::vector<xercesc::DOMNode*>& nodes,
+                                const Texts& names);
+
     const ZRMTD_NAMESPACE::ZRVarList& varList;
     ZRCommon::ZRStatus status;
     Texts splitVarNames;
@@ -242,6 +324,16 @@ private:
     std::unordered_map<std::string, std::size_t> miningFieldPositions;
     // True while the combiner holds its own start of the XML library.
     bool holdsXMLLibrary;
+    // The form asked for, and the form of the output document being built.
+    bool strictPMML;
+    bool strictOutput;
+    // Strict form: the output's TransformationDictionary (null until a model
+    // brings a DefineFunction) and its functions by name; the first Taxonomy
+    // of the output's DataDictionary, before which new DataFields go (null:
+    // they are appended).
+    xercesc::DOMNode* transDictionary;
+    xercesc::DOMNode* dataFieldsEnd;
+    std::unordered_map<std::string, const xercesc::DOMElement*> functions;
 };
 
 } // namespace ZRXPrsUtil

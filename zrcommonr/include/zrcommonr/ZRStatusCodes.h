@@ -33,7 +33,12 @@ enum StatusCode : long {
     eNoValue = 123,             // the parameter holds no value (flag set)
     eOtherFunction = 124,       // a split model with another functionName than the first
     eIsMiningModel = 125,       // a split model that is itself a MiningModel
-    eSplitValuesDontMatch = 126 // split values that don't match the models
+    eSplitValuesDontMatch = 126, // split values that don't match the models
+    // The split-model combiner's strict PMML form refuses a model that can't
+    // stand in one schema-valid output beside the models taken before:
+    eOtherPMMLNamespace = 127,       // in another PMML namespace (version) than the first model
+    eFunctionDefinedOtherwise = 128, // a DefineFunction whose name the output defines otherwise
+    ePrefixBoundOtherwise = 129      // a namespace prefix that the output binds otherwise
 };
 
 } // namespace ZRCommon
