@@ -243,7 +243,8 @@ TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)
     AddSplitVars(list, false);
     const std::string good = DataFile("regression.pmml");
     // File, status at the first position, status at a later one. A later
-    // document without PMML root or without model passes and adds no Segment.
+    // document without PMML root or without model passes and adds no Segment;
+    // CheckSplitModel tells it, at any position, with a first model's status.
     const std::vector<std::tuple<std::string, long, long>> bad = {
         {"bad/missing.pmml", 104, 104},
         {"bad/not_xml.txt", 104, 104},
@@ -267,6 +268,8 @@ TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)
             EXPECT_FALSE(std::filesystem::exists(dir.Path("none.pmml")));
         }
         EXPECT_TRUE(combiner.AddModel(good, {"north"}).IsOK());
+        Texts doubled;
+        EXPECT_EQ(combiner.CheckSplitModel(DataFile(file), doubled).GetCode(), first);
         EXPECT_EQ(combiner.AddModel(DataFile(file), {"south"}).GetCode(), later);
         EXPECT_TRUE(combiner.AddModel(good, {"south"}).IsOK());
         EXPECT_EQ(combiner.GetNModels(), 2);
