@@ -14,11 +14,26 @@
 //  - Without --keep-going, the first refusal does not stop the run: every
 //    model is tried, so that one run reports all refusals; then nothing is
 //    written.
+//  - The combiner writes strict PMML unless --literal asks for its literal
+//    form.
+//  - Each document is checked by the combiner (CheckSplitModel) before it is
+//    handed on, and refused like any model the combiner refuses when its
+//    root is not PMML or it has no model of a kind the combiner nests, which
+//    AddModel would pass over with OK and without a Segment. With --literal,
+//    a first model that already has a field of a split variable's name is
+//    refused too, naming the field: the literal form would write that field
+//    twice (the strict form merges the two).
+//  - Unless --no-validate, the written output is checked against the bundled
+//    schema of its PMML version, as zrx validate checks it (a version without
+//    a bundled schema is told and not checked). An invalid output counts as
+//    a refusal: its problems are reported, and it is removed unless
+//    --keep-going.
 #include "progress.h"
 #include "zrx.h"
 
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 #include <zrcommonr/ZRStatus.h>
+#include <zrcommonr/ZRStatusCodes.h>
 #include <zrcommonr/ZRVarList.h>
 
 #include <cerrno>
@@ -29,6 +44,7 @@
 #include <iostream>
 #include <sstream>
 #include <string>
+#include <system_error>
 #include <unistd.h>
 #include <vector>
 
@@ -151,6 +167,17 @@ bool ReadManifest(const std::string& manifest, std::vector<SplitVariable>& split
     return true;
 }
 
+// The meaning of a refusal's status in the words of combine: the statuses
+// of a document's check name what the document lacks as a split model.
+const char* RefusalMeaning(long code)
+{
+    switch (code) {
+    case ZRCommon::eWrongRoot: return "the document element is not PMML";
+    case ZRCommon::eChildAbsent: return "no model of a kind the combiner nests";
+    default: return StatusMeaning(code);
+    }
+}
+
 } // namespace
 
 int RunCombine(const CombineOptions& options)
@@ -190,16 +217,25 @@ int RunCombine(const CombineOptions& options)
     const bool showBar = !options.quiet && (options.progress || isatty(fileno(stderr)) == 1);
     ProgressBar bar(stderr, models.size(), showBar);
     ZRXPrsUtil::ZRXSplitPMMLCombiner combiner(splitVars);
+    combiner.SetStrictPMML(!options.literal);
     std::size_t refused = 0;
     for (std::size_t i = 0; i < models.size(); ++i) {
         const ModelLine& model = models[i];
-        const ZRCommon::ZRStatus status = combiner.AddModel(model.path, model.values);
-        if (!status.IsOK()) {
+        const std::string where =
+            options.manifest + ":" + std::to_string(model.line) + ": " + model.written + ": ";
+        std::vector<std::string> doubled;
+        ZRCommon::ZRStatus status = combiner.CheckSplitModel(model.path, doubled);
+        if (status.IsOK() && doubled.empty())
+            status = combiner.AddModel(model.path, model.values);
+        if (!status.IsOK())
+            bar.Message(where + "status " + std::to_string(status.GetCode()) + ": " +
+                        RefusalMeaning(status.GetCode()));
+        for (const std::string& field : doubled)
+            bar.Message(where + "split variable " + field +
+                        " is a field of the model already: the literal form would write it "
+                        "twice (without --literal it is merged)");
+        if (!status.IsOK() || !doubled.empty())
             ++refused;
-            bar.Message(options.manifest + ":" + std::to_string(model.line) + ": " + model.written +
-                        ": status " + std::to_string(status.GetCode()) + ": " +
-                        StatusMeaning(status.GetCode()));
-        }
         bar.Step(i + 1);
     }
     bar.Finish();
@@ -216,10 +252,25 @@ int RunCombine(const CombineOptions& options)
                   << StatusMeaning(written.GetCode()) << "\n";
         return kExitOutput;
     }
-    if (!options.quiet || refused > 0)
+    bool invalid = false;
+    if (!options.noValidate) {
+        ValidateOptions check;
+        check.files.push_back(options.output);
+        check.quiet = true;
+        invalid = ValidateFiles(check, std::cerr) == kExitFailed;
+    }
+    const char* const kInvalid = "not valid against the schema of its PMML version";
+    if (invalid && !options.keepGoing) {
+        std::error_code ignored;
+        fs::remove(options.output, ignored);
+        std::cerr << "zrx combine: " << options.output << ": " << kInvalid << "; nothing written\n";
+        return kExitFailed;
+    }
+    if (!options.quiet || refused > 0 || invalid)
         std::cerr << "zrx combine: " << accepted << " of " << models.size()
-                  << " models combined into " << options.output << "\n";
-    return refused > 0 ? kExitPartial : kExitOK;
+                  << " models combined into " << options.output
+                  << (invalid ? std::string(", ") + kInvalid : std::string()) << "\n";
+    return refused > 0 || invalid ? kExitPartial : kExitOK;
 }
 
 } // namespace zrx

@@ -17,10 +17,11 @@ const char* const kExitStatuses =
     "Exit status:\n"
     "  0  success; validate: every file is valid\n"
     "  1  inspect: the document can't be read; validate: a file is invalid or\n"
-    "     can't be read; combine: a model was refused and nothing was written\n"
+    "     can't be read; combine: a model or the output was refused and nothing\n"
+    "     was written\n"
     "  2  bad arguments or a bad manifest line; nothing was done\n"
     "  3  validate: no bundled schema for a document's PMML version\n"
-    "  4  combine --keep-going: written without the refused models\n"
+    "  4  combine --keep-going: written without the refused models, or invalid\n"
     "  5  combine: the output file can't be written\n";
 
 } // namespace
@@ -85,6 +86,10 @@ int main(int argc, char** argv)
     combineCmd->add_option("-o,--output", combine.output, "The combined PMML file")->required();
     combineCmd->add_flag("-k,--keep-going", combine.keepGoing,
                          "Write the accepted models even if some are refused");
+    combineCmd->add_flag("--literal", combine.literal,
+                         "The combiner's literal form instead of strict PMML");
+    combineCmd->add_flag("--no-validate", combine.noValidate,
+                         "Don't check the output against the bundled schema of its version");
     combineCmd->add_flag("--progress", combine.progress,
                          "Show the progress bar even when standard error is no terminal");
     combineCmd->add_flag("-q,--quiet", combine.quiet, "No progress bar and no summary");
@@ -93,12 +98,22 @@ int main(int argc, char** argv)
         "manifest's folder, or the current one for -), then a tab and one value per\n"
         "--split option. Empty lines and lines that start with # are skipped. The split\n"
         "variables' values are those of the manifest, in order of appearance. A refused\n"
-        "model is reported as MANIFEST:LINE: PATH: status CODE: meaning.\n\n"
+        "model is reported as MANIFEST:LINE: PATH: status CODE: meaning. A document\n"
+        "whose root is not PMML (105), or without a model of a kind the combiner nests\n"
+        "(113), is refused.\n\n"
+        "The output is strict PMML: valid and self-contained for valid models of one\n"
+        "PMML version. A model that can't join the others is refused: 127 another PMML\n"
+        "version, 128 a function defined otherwise, 129 a namespace prefix bound\n"
+        "otherwise. --literal writes the combiner's literal form instead, and refuses\n"
+        "a first model that has a field of a split variable's name, which that form\n"
+        "would write twice. The output is then checked against the bundled schema of\n"
+        "its version (not with --no-validate); its problems are printed as\n"
+        "FILE:LINE:COLUMN: message and count as a refusal.\n\n"
         "Exit status:\n"
         "  0  every model was combined and written\n"
-        "  1  a model was refused (nothing written), or none was accepted\n"
+        "  1  a model or the output was refused (nothing written), or none was accepted\n"
         "  2  bad arguments or a bad manifest line; nothing written\n"
-        "  4  --keep-going: written without the refused models\n"
+        "  4  --keep-going: written without the refused models, or not valid\n"
         "  5  the output file can't be written\n");
 
     try {

@@ -233,6 +233,11 @@ private:
 
 int RunValidate(const ValidateOptions& options)
 {
+    return ValidateFiles(options, std::cout);
+}
+
+int ValidateFiles(const ValidateOptions& options, std::ostream& out)
+{
     try {
         XMLLibrary library;
         const std::string dir = SchemaDir(options.schemaDir);
@@ -247,17 +252,17 @@ int RunValidate(const ValidateOptions& options)
             std::string text;
             std::string error;
             if (!ReadInput(file, text, error)) {
-                std::cout << file << ":0:0: " << error << "\n";
+                out << file << ":0:0: " << error << "\n";
                 if (!options.quiet)
-                    std::cout << file << ": invalid\n";
+                    out << file << ": invalid\n";
                 invalid = true;
                 continue;
             }
-            const Verdict verdict = validator.Check(file, text, std::cout);
+            const Verdict verdict = validator.Check(file, text, out);
             invalid = invalid || verdict == kInvalid;
             noSchema = noSchema || verdict == kNoSchema;
             if (!options.quiet && verdict != kNoSchema)
-                std::cout << file << (verdict == kValid ? ": valid\n" : ": invalid\n");
+                out << file << (verdict == kValid ? ": valid\n" : ": invalid\n");
         }
         return invalid ? kExitFailed : noSchema ? kExitNoSchema : kExitOK;
     } catch (const xercesc::XMLException& exception) {

@@ -4,6 +4,7 @@
 #define ZRX_TOOL_ZRX_H
 
 #include <cstddef>
+#include <iosfwd>
 #include <string>
 #include <vector>
 
@@ -12,10 +13,10 @@ namespace zrx {
 // Exit statuses of the tool, the same for every subcommand.
 enum ExitStatus {
     kExitOK = 0,       // done; every file valid
-    kExitFailed = 1,   // a read failed, a file is invalid, or a model was refused
+    kExitFailed = 1,   // a read failed, a file is invalid, or a model or the output was refused
     kExitUsage = 2,    // bad arguments or a bad manifest line; nothing done
     kExitNoSchema = 3, // validate: no bundled schema for a document's PMML version
-    kExitPartial = 4,  // combine --keep-going: written without the refused models
+    kExitPartial = 4,  // combine --keep-going: written without the refused models, or invalid
     kExitOutput = 5    // combine: the output file can't be written
 };
 
@@ -42,12 +43,17 @@ struct ValidateOptions {
     bool quiet = false;    // no "FILE: valid" lines
 };
 int RunValidate(const ValidateOptions& options);
+// RunValidate with its report (problems, verdicts) on `out` instead of
+// standard output; combine checks the file it wrote with it.
+int ValidateFiles(const ValidateOptions& options, std::ostream& out);
 
 struct CombineOptions {
     std::vector<std::string> splits; // NAME[:string|integer|double]
     std::string manifest;
     std::string output;
     bool keepGoing = false;
+    bool literal = false;    // the combiner's literal form instead of strict PMML
+    bool noValidate = false; // no check of the output against its schema
     bool progress = false; // the bar even when standard error is no terminal
     bool quiet = false;    // no bar, no summary
 };
