@@ -146,9 +146,9 @@ void ZRXSplitPMMLCombiner::TakeFunctions(const xercesc::DOMElement* transDict)
         if (name == nullptr || functions.find(ToUTF8(name)) != functions.end())
             continue;
         if (transDictionary == nullptr)
-            transDictionary = AppendNewElement(dataDictionary->getParentNode(),
-                                               kTransformationDictionary,
-                                               dataDictionary->getNextSibling());
+            transDictionary =
+                AppendNewElement(dataDictionary->getParentNode(), kTransformationDictionary,
+                                 dataDictionary->getNextSibling());
         xercesc::DOMNode* copy = CopyChild(function, transDictionary, true);
         if (copy != nullptr)
             functions.emplace(ToUTF8(name), static_cast<const xercesc::DOMElement*>(copy));

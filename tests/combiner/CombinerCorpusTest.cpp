@@ -173,8 +173,8 @@ TEST_F(CombinerCorpus, StrictFormIsValidAndSelfContained)
     const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     for (const auto& [from, to, code] : std::vector<std::tuple<std::string, std::string, long>>{
              {"urn:x", "urn:y", 129}, {"PMML-4_4", "PMML-4_3", 127}, {">2<", ">3<", 128}}) {
-        std::ofstream(dir.Path("other.pmml")) << std::string(text).replace(text.find(from),
-                                                                           from.size(), to);
+        std::ofstream(dir.Path("other.pmml"))
+            << std::string(text).replace(text.find(from), from.size(), to);
         EXPECT_EQ(combiner.AddModel(dir.Path("other.pmml"), {"south", "2021"}).GetCode(), code);
     }
     ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("strict.pmml")).IsOK());
@@ -236,8 +236,8 @@ TEST_F(CombinerCorpus, StrictFormOfEveryValidCorpusModelIsValidAndSelfContained)
         for (const std::string& path : ValidOnes(kXsd + xsd, files, report)) {
             ++pairs;
             for (const bool strict : {false, true})
-                outputs[strict].push_back(Combine({path, path}, false,
-                                                  std::to_string(pairs) + (strict ? "s" : "l"), strict));
+                outputs[strict].push_back(Combine(
+                    {path, path}, false, std::to_string(pairs) + (strict ? "s" : "l"), strict));
         }
         valid[0] += ValidOnes(kXsd + xsd, outputs[0], report).size();
         const std::size_t strictValid = ValidOnes(kXsd + xsd, outputs[1], report).size();

@@ -229,8 +229,8 @@ private:
     // document, node for node as the XML library's import would, and appends
     // it to `parent`, or puts it before `before` when that is not null; null
     // if the source or the parent is null.
-    xercesc::DOMNode* CopyChild(const xercesc::DOMNode* source, xercesc::DOMNode* parent,
-                                bool deep, xercesc::DOMNode* before = nullptr);
+    xercesc::DOMNode* CopyChild(const xercesc::DOMNode* source, xercesc::DOMNode* parent, bool deep,
+                                xercesc::DOMNode* before = nullptr);
     // A new element `tag`, appended to `parent` or put before `before`.
     xercesc::DOMElement* AppendNewElement(xercesc::DOMNode* parent, const char* tag,
                                           xercesc::DOMNode* before = nullptr);

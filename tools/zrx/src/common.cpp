@@ -43,7 +43,8 @@ const char* StatusMeaning(long code)
     case ZRCommon::eIsMiningModel: return "split model that is a MiningModel";
     case ZRCommon::eSplitValuesDontMatch:
         return "split values that don't match the split variables";
-    case ZRCommon::eOtherPMMLNamespace: return "split model in another PMML namespace than the first";
+    case ZRCommon::eOtherPMMLNamespace:
+        return "split model in another PMML namespace than the first";
     case ZRCommon::eFunctionDefinedOtherwise:
         return "split model with a DefineFunction that the output defines otherwise";
     case ZRCommon::ePrefixBoundOtherwise:

@@ -54,8 +54,8 @@ struct CombineOptions {
     bool keepGoing = false;
     bool literal = false;    // the combiner's literal form instead of strict PMML
     bool noValidate = false; // no check of the output against its schema
-    bool progress = false; // the bar even when standard error is no terminal
-    bool quiet = false;    // no bar, no summary
+    bool progress = false;   // the bar even when standard error is no terminal
+    bool quiet = false;      // no bar, no summary
 };
 int RunCombine(const CombineOptions& options);
 
