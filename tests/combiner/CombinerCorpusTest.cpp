@@ -54,33 +54,31 @@ protected:
         std::string command = "xmllint --noout --nonet --schema '" + xsd + "'";
         for (const std::string& file : files)
             command += " '" + file + "'";
-        if (!files.empty())
-            std::system((command + " > '" + dir.Path("xmllint.log") + "' 2>&1").c_str());
-        std::ifstream log(dir.Path("xmllint.log"));
-        report.clear();
+        if (files.empty())
+            return {};
+        std::system((command + " > " + dir.Path("log") + " 2>&1").c_str());
+        std::ifstream log(dir.Path("log"));
+        report.assign("\n").append(std::istreambuf_iterator<char>(log),
+                                   std::istreambuf_iterator<char>());
         Texts valid;
-        for (std::string line; !files.empty() && std::getline(log, line); report += line + "\n")
-            if (std::find(files.begin(), files.end(), line.substr(0, line.rfind(' '))) !=
-                    files.end() &&
-                line.substr(line.rfind(' ') + 1) == "validates")
-                valid.push_back(line.substr(0, line.rfind(' ')));
+        for (const std::string& file : files)
+            if (report.find("\n" + file + " validates\n") != std::string::npos)
+                valid.push_back(file);
         return valid;
+    }
+
+    // xmllint's verdict on `path` against the schema, with its report on failure.
+    ::testing::AssertionResult ValidatesAgainst(const std::string& path,
+                                                const std::string& xsd) const
+    {
+        std::string report;
+        if (ValidOnes(xsd, {path}, report).size() == 1)
+            return ::testing::AssertionSuccess();
+        return ::testing::AssertionFailure() << path << " is not valid:" << report;
     }
 
     TempDir dir;
 };
-
-// xmllint's verdict on `path` against the schema, with its report on failure.
-::testing::AssertionResult ValidatesAgainst(const std::string& path, const std::string& xsd)
-{
-    const std::string log = path + ".log";
-    const std::string command =
-        "xmllint --noout --schema '" + xsd + "' '" + path + "' > '" + log + "' 2>&1";
-    if (std::system(command.c_str()) == 0)
-        return ::testing::AssertionSuccess();
-    std::ifstream report(log);
-    return ::testing::AssertionFailure() << path << " is not valid:\n" << report.rdbuf();
-}
 
 } // namespace
 
