@@ -64,7 +64,9 @@
 //    stands with its attributes;
 //  - new DataFields (a split variable's, a later model's) stand before the
 //    dictionary's Taxonomy elements, which the schema puts after the fields.
-// 127, 128 and 129 leave the output as it was, like every refused model.
+// 127, 128 and 129 leave the output as it was, like every refused model. A
+// later document without a model is checked, and gives its functions and
+// declarations, as it gives its DataDictionary fields.
 //
 // AddModel statuses: 126 the number of values differs from the number of
 // split variables (the file is not opened); 103/104 the file can't be read or
@@ -169,8 +171,26 @@ public:
     ZRCommon::ZRStatus ExportMiningModel(const std::string& path);
 
     // The strict PMML form with true, the literal form with false (the
-    // default); see the class comment for what the strict form changes and
-    // why. The form is fixed when the first model of an output document is
+    // default, the output as it always was). The strict form departs from
+    // the literal one so that valid split models of one PMML version give a
+    // valid, self-contained output (the class comment tells each point):
+    //  - LocalTransformations at its place in the model (after Extension,
+    //    MiningSchema, Output, ModelStats, ModelExplanation, Targets), not
+    //    last, which the schema forbids; the dictionary's DerivedFields join
+    //    the model's own LocalTransformations instead of a second one, the
+    //    model's own definition of a name standing;
+    //  - the DefineFunctions kept, in one TransformationDictionary after the
+    //    DataDictionary, since the model's Apply elements call them; one
+    //    name, one text, else 128;
+    //  - a later model's namespace declarations that its taken elements
+    //    need carried to the output's root, else its prefixes are unbound;
+    //    a prefix bound otherwise there gives 129;
+    //  - a later model of another PMML namespace refused (127): the output
+    //    has one version;
+    //  - a split variable that the first model has merged into its field,
+    //    not written a second time;
+    //  - new DataFields before the dictionary's Taxonomy.
+    // The form is fixed when the first model of an output document is
     // taken: a call while a document is being built applies from the next
     // one (after ExportMiningModel), so that one output never mixes the two.
     void SetStrictPMML(bool strict);
