@@ -3,6 +3,8 @@
 #ifndef ZRPARSEXMLR_ZRXSPLITINTERNAL_H
 #define ZRPARSEXMLR_ZRXSPLITINTERNAL_H
 
+#include <zrparsexmlr/ZRXPrsUtil.h>
+
 #include <xercesc/util/XercesDefs.hpp>
 
 #include <string>
@@ -37,8 +39,8 @@ extern const char* const kTaxonomy;
 // The children that a model element of PMML 4.x may hold before its
 // LocalTransformations, the same in every model kind (each kind allows some
 // of them): the strict form puts a LocalTransformations after the leading
-// run of these. Closed by null.
-extern const char* const kModelChildrenBeforeLocalTransformations[];
+// run of these. A name list, closed by a null name.
+extern const NameListEntry kModelChildrenBeforeLocalTransformations[];
 
 extern const char* const kName;
 extern const char* const kValueAtt;

@@ -41,8 +41,9 @@ const char* const kFalse = "False";
 const char* const kLocalTransformations = "LocalTransformations";
 const char* const kDefineFunction = "DefineFunction";
 const char* const kTaxonomy = "Taxonomy";
-const char* const kModelChildrenBeforeLocalTransformations[] = {
-    "Extension", "MiningSchema", "Output", "ModelStats", "ModelExplanation", "Targets", nullptr};
+const NameListEntry kModelChildrenBeforeLocalTransformations[] = {
+    {0, "Extension"},        {1, "MiningSchema"}, {2, "Output"}, {3, "ModelStats"},
+    {4, "ModelExplanation"}, {5, "Targets"},      {0, nullptr}};
 const char* const kName = "name";
 const char* const kValueAtt = "value";
 const char* const kFunctionName = "functionName";

@@ -58,14 +58,6 @@ void CollectPrefixes(const xercesc::DOMNode* root, std::vector<std::string>& pre
         visit(walk.Node());
 }
 
-bool IsOneOf(const xercesc::DOMElement& element, const char* const* tags)
-{
-    for (; *tags != nullptr; ++tags)
-        if (TagNameEquals(element, *tags))
-            return true;
-    return false;
-}
-
 xercesc::DOMElement* Mutable(const xercesc::DOMElement* element)
 {
     return const_cast<xercesc::DOMElement*>(element);
@@ -143,7 +135,8 @@ void ZRXSplitPMMLCombiner::TakeFunctions(const xercesc::DOMElement* transDict)
         const XMLCh* name = GetAttribute(*function, kName);
         // A function without a name can't be called; one already there has
         // the same text (CheckStrictModel).
-        if (name == nullptr || functions.find(ToUTF8(name)) != functions.end())
+        const std::string key = name != nullptr ? ToUTF8(name) : std::string();
+        if (name == nullptr || functions.find(key) != functions.end())
             continue;
         if (transDictionary == nullptr)
             transDictionary =
@@ -151,7 +144,7 @@ void ZRXSplitPMMLCombiner::TakeFunctions(const xercesc::DOMElement* transDict)
                                  dataDictionary->getNextSibling());
         xercesc::DOMNode* copy = CopyChild(function, transDictionary, true);
         if (copy != nullptr)
-            functions.emplace(ToUTF8(name), static_cast<const xercesc::DOMElement*>(copy));
+            functions.emplace(key, static_cast<const xercesc::DOMElement*>(copy));
     }
 }
 
@@ -165,7 +158,8 @@ xercesc::DOMNode* ZRXSplitPMMLCombiner::PlaceTransDictInModel(const xercesc::DOM
     xercesc::DOMNode* local = Mutable(GetFirstChildElmt(*modelCopy, kLocalTransformations));
     if (local == nullptr) {
         const xercesc::DOMElement* place = GetFirstChildElmt(*modelCopy, nullptr);
-        while (place != nullptr && IsOneOf(*place, kModelChildrenBeforeLocalTransformations))
+        while (place != nullptr &&
+               FindXStrInList(place->getTagName(), kModelChildrenBeforeLocalTransformations) >= 0)
             place = GetNextSiblingElmt(*place, nullptr);
         local = AppendNewElement(modelCopy, kLocalTransformations, Mutable(place));
         if (local == nullptr)
