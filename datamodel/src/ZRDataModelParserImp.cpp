@@ -19,7 +19,8 @@ namespace ZRXPrsUtil {
 using ZRCommon::ZRStatus;
 
 ZRDataModelParserImp::ZRDataModelParserImp()
-    : status(), parser(nullptr), document(nullptr), rootElement(nullptr), fieldsElement(nullptr)
+    : status(), parser(nullptr), document(nullptr), rootElement(nullptr), fieldsElement(nullptr),
+      fieldsInDOM(true)
 {
     if (!ZRXPlatform::Acquire()) {
         status = ZRStatus(ZRCommon::eCannotStart, false);
@@ -27,7 +28,9 @@ ZRDataModelParserImp::ZRDataModelParserImp()
     }
     try {
         parser = NewDOMParser();
+        parser->SetFieldRecording(kDataModelFieldRecording);
     } catch (...) {
+        delete parser;
         parser = nullptr;
     }
     if (!parser) {
@@ -52,6 +55,7 @@ ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
     if (!parser)
         return status;
 
+    parser->SetFieldsInDOM(fieldsInDOM);
     std::istringstream stream(text);
     ZRXInputSource source(stream);
     std::string message;
@@ -75,6 +79,7 @@ ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
         fieldsElement = nullptr;
         // Frees what a failed parse left behind; nothing points into it.
         parser->resetDocumentPool();
+        parser->SetFieldsInDOM(true);
     }
     return status;
 }
@@ -91,6 +96,8 @@ ZRStatus ZRDataModelParserImp::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
     options.alternateInput = alternateInputRole;
     options.useBins = useBins && binCount > 1;
     options.binCount = options.useBins ? binCount : -1;
+    if (const FieldStore* fields = parser->RecordedFields())
+        return ReadFieldStore(varList, *fields, kDataModelFieldRules, options);
     return ReadFieldDictionary(varList, *fieldsElement, "Field", kDataModelFieldRules, options);
 }
 
