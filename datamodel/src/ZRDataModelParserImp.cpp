@@ -8,11 +8,10 @@
 
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
-
-#include <sstream>
 
 namespace ZRXPrsUtil {
 
@@ -56,8 +55,10 @@ ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
         return status;
 
     parser->SetFieldsInDOM(fieldsInDOM);
-    std::istringstream stream(text);
-    ZRXInputSource source(stream);
+    // The parser reads the caller's text in place: a copy of a wide data
+    // set's text would double the memory that its reading takes.
+    const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()),
+                                            text.size(), "text", false);
     std::string message;
     status = ParseWithParser(*parser, &source, nullptr, message);
     if (status.IsOK()) {
