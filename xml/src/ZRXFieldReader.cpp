@@ -686,7 +686,6 @@ void FieldStore::Clear()
 {
     std::vector<Block>().swap(blocks);
     std::string().swap(scratch);
-    records = 0;
 }
 
 void FieldStore::Add(const FieldRecord& record)
@@ -749,7 +748,6 @@ void FieldStore::Add(const FieldRecord& record)
     std::memcpy(block.bytes.get() + block.used, length, lengthSize);
     std::memcpy(block.bytes.get() + block.used + lengthSize, scratch.data(), scratch.size());
     block.used += needed;
-    ++records;
 }
 
 bool FieldStore::Cursor::NextName(FieldRecord& record)

@@ -235,9 +235,6 @@ public:
     explicit FieldStore(const FieldRules& readingRules) : m_readingRules(readingRules) {}
     void Clear();
     void Add(const FieldRecord& record);
-    std::size_t Size() const { return records; }
-    // The rules the records were read under.
-    const FieldRules& ReadingRules() const { return m_readingRules; }
     // Reads the records back in order, each in two steps so that a record
     // that is not wanted costs only its name.
     class Cursor {
@@ -267,7 +264,6 @@ private:
     const FieldRules& m_readingRules;
     std::vector<Block> blocks;
     std::string scratch; // the record being written
-    std::size_t records = 0;
 };
 
 // The fields that `store` holds, added as ReadFieldDictionary adds them from
@@ -301,7 +297,7 @@ class FieldRecorder {
 public:
     explicit FieldRecorder(const FieldRecording& what);
     // A document starts: the records of the one before are freed, also of
-    // one whose parse broke off; with `active` false nothing is taken.
+    // one whose parse broke off; with `recordFields` false nothing is taken.
     void Reset(bool recordFields);
     bool IsActive() const { return active; }
     // An element starts; `depth` is its level (1 the document element).
