@@ -1,6 +1,10 @@
 // Fuzz target for ZRPMMLParser: parse (with the model bodies for inputs of
 // even length, without them for the others), fill a variable list with and
 // without bins, choose the first model and walk its univariate statistics.
+// A second reader keeps the fields out of the DOM and must fill the same
+// lists with the same statuses.
+#include "FuzzVarList.h"
+
 #include <zrparsexmlr/ZRPMMLParser.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
@@ -34,13 +38,23 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     // One parser for the whole run keeps the XML library started; every
     // ParseToDOM starts afresh.
     static ZRXPrsUtil::ZRPMMLParser parser;
-    std::istringstream stream(std::string(reinterpret_cast<const char*>(data), size));
+    static ZRXPrsUtil::ZRPMMLParser streamed;
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    std::istringstream stream(text);
+    std::istringstream again(text);
     parser.SetReadModelBodies(size % 2 == 0);
-    if (!parser.ParseToDOM(stream).IsOK())
+    streamed.SetFieldsInDOM(false);
+    const ZRCommon::ZRStatus parsed = parser.ParseToDOM(stream);
+    if (streamed.ParseToDOM(again) != parsed)
+        __builtin_trap();
+    if (!parsed.IsOK())
         return 0;
     for (bool useBins : {false, true}) {
         ZRMetadata::ZRVarList list;
-        parser.FillVarList(list, {}, useBins);
+        ZRMetadata::ZRVarList same;
+        if (parser.FillVarList(list, {}, useBins) != streamed.FillVarList(same, {}, useBins) ||
+            VarListText(list) != VarListText(same))
+            __builtin_trap();
     }
     const xercesc::DOMElement* model = FirstModel(*parser.GetRootElement());
     if (!model || !parser.SetModelElmt(*model))

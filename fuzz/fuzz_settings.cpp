@@ -1,7 +1,11 @@
 // Fuzz target for ZRSettingsParser: parse, fill a variable list from both
 // dictionaries (with and without bins), then every role, parameter, array and
 // matrix query on the names that the document itself carries, in the
-// Parameters scope and in every group that those names open.
+// Parameters scope and in every group that those names open. A second reader
+// keeps the fields out of the DOM and must fill the same lists with the same
+// statuses, through its own FillVarList and the PMML reader's.
+#include "FuzzVarList.h"
+
 #include <zrparsexmlr/ZRSettingsParser.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
@@ -89,13 +93,26 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     // One parser for the whole run keeps the XML library started; every
     // ParseToDOM starts afresh.
     static ZRSettingsParser parser;
-    std::istringstream stream(std::string(reinterpret_cast<const char*>(data), size));
-    parser.ParseToDOM(stream);
+    static ZRSettingsParser streamed;
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    std::istringstream stream(text);
+    std::istringstream again(text);
+    streamed.SetFieldsInDOM(false);
+    if (parser.ParseToDOM(stream) != streamed.ParseToDOM(again))
+        __builtin_trap();
 
     for (bool useBins : {false, true}) {
         ZRMetadata::ZRVarList list;
-        parser.FillVarList(list, useBins);
+        ZRMetadata::ZRVarList same;
+        if (parser.FillVarList(list, useBins) != streamed.FillVarList(same, useBins))
+            __builtin_trap();
         parser.FillTransDict(list);
+        streamed.FillTransDict(same);
+        ZRXPrsUtil::ZRPMMLParser& pmml = parser;
+        ZRXPrsUtil::ZRPMMLParser& pmmlStreamed = streamed;
+        if (pmml.FillVarList(list, {}, useBins) != pmmlStreamed.FillVarList(same, {}, useBins) ||
+            VarListText(list) != VarListText(same))
+            __builtin_trap();
     }
     std::vector<std::string> names;
     std::string weight;

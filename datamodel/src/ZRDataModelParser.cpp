@@ -22,6 +22,16 @@ ZRCommon::ZRStatus ZRDataModelParser::ParseToDOM(const std::string& text)
     return m_imp->ParseToDOM(text);
 }
 
+void ZRDataModelParser::SetFieldsInDOM(bool fieldsInDOM)
+{
+    m_imp->SetFieldsInDOM(fieldsInDOM);
+}
+
+bool ZRDataModelParser::GetFieldsInDOM() const
+{
+    return m_imp->GetFieldsInDOM();
+}
+
 ZRCommon::ZRStatus ZRDataModelParser::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
                                                   bool alternateInputRole, bool useBins,
                                                   int binCount) const

@@ -8,18 +8,18 @@
 
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
-
-#include <sstream>
 
 namespace ZRXPrsUtil {
 
 using ZRCommon::ZRStatus;
 
 ZRDataModelParserImp::ZRDataModelParserImp()
-    : status(), parser(nullptr), document(nullptr), rootElement(nullptr), fieldsElement(nullptr)
+    : status(), parser(nullptr), document(nullptr), rootElement(nullptr), fieldsElement(nullptr),
+      fieldsInDOM(true)
 {
     if (!ZRXPlatform::Acquire()) {
         status = ZRStatus(ZRCommon::eCannotStart, false);
@@ -27,7 +27,9 @@ ZRDataModelParserImp::ZRDataModelParserImp()
     }
     try {
         parser = NewDOMParser();
+        parser->SetFieldRecording(kDataModelFieldRecording);
     } catch (...) {
+        delete parser;
         parser = nullptr;
     }
     if (!parser) {
@@ -52,8 +54,11 @@ ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
     if (!parser)
         return status;
 
-    std::istringstream stream(text);
-    ZRXInputSource source(stream);
+    parser->SetFieldsInDOM(fieldsInDOM);
+    // The parser reads the caller's text in place: a copy of a wide data
+    // set's text would double the memory that its reading takes.
+    const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()),
+                                            text.size(), "text", false);
     std::string message;
     status = ParseWithParser(*parser, &source, nullptr, message);
     if (status.IsOK()) {
@@ -75,6 +80,7 @@ ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
         fieldsElement = nullptr;
         // Frees what a failed parse left behind; nothing points into it.
         parser->resetDocumentPool();
+        parser->SetFieldsInDOM(true);
     }
     return status;
 }
@@ -91,6 +97,8 @@ ZRStatus ZRDataModelParserImp::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
     options.alternateInput = alternateInputRole;
     options.useBins = useBins && binCount > 1;
     options.binCount = options.useBins ? binCount : -1;
+    if (const FieldStore* fields = parser->RecordedFields())
+        return ReadFieldStore(varList, *fields, kDataModelFieldRules, options);
     return ReadFieldDictionary(varList, *fieldsElement, "Field", kDataModelFieldRules, options);
 }
 

@@ -54,12 +54,17 @@ public:
     ZRCommon::ZRStatus FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList, bool alternateInputRole,
                                    bool useBins, int binCount) const;
 
+    // ZRDataModelParser::SetFieldsInDOM: applied by each ParseToDOM.
+    void SetFieldsInDOM(bool inDOM) { fieldsInDOM = inDOM; }
+    bool GetFieldsInDOM() const { return fieldsInDOM; }
+
 private:
     ZRCommon::ZRStatus status;
-    xercesc::XercesDOMParser* parser;
+    ZRXDOMParser* parser;
     xercesc::DOMDocument* document;
     const xercesc::DOMElement* rootElement;
     const xercesc::DOMElement* fieldsElement;
+    bool fieldsInDOM;
 };
 
 } // namespace ZRXPrsUtil

@@ -2,9 +2,16 @@
 // the DOM parser makes nodes of them.
 #include "ZRPMMLDOMParser.h"
 
+#include "ZRXFieldReader.h"
+
 #include <xercesc/framework/XMLElementDecl.hpp>
 
 namespace ZRXPrsUtil {
+
+ZRPMMLDOMParser::ZRPMMLDOMParser()
+{
+    SetFieldRecording(kPMMLFieldRecording);
+}
 
 void ZRPMMLDOMParser::startDocument()
 {

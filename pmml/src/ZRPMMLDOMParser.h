@@ -16,8 +16,13 @@ namespace ZRXPrsUtil {
 // no base version, so the depth limit of ZRXDOMParser counts the elements
 // that are built, as it guards the walks over them; a body that is left out
 // may nest deeper.
+//
+// It can also keep the DataField elements of the DataDictionary out of the
+// DOM (kPMMLFieldRecording, SetFieldsInDOM); those events reach the filter
+// first, which passes them on, as they lie outside every model.
 class ZRPMMLDOMParser : public ZRXDOMParser {
 public:
+    ZRPMMLDOMParser();
     void SetReadModelBodies(bool readBodies) { filter.SetActive(!readBodies); }
 
     void startDocument() override;

@@ -37,10 +37,22 @@ ZRStatus PMMLFailure(ZRCommon::StatusCode code)
     return ZRStatus(code, false);
 }
 
+const FieldStore* RecordedFields(const xercesc::XercesDOMParser* parser)
+{
+    const auto* ours = dynamic_cast<const ZRXDOMParser*>(parser);
+    return ours ? ours->RecordedFields() : nullptr;
+}
+
+void ForgetRecordedFields(xercesc::XercesDOMParser* parser)
+{
+    if (auto* ours = dynamic_cast<ZRXDOMParser*>(parser))
+        ours->SetFieldsInDOM(true);
+}
+
 ZRPMMLParser::ZRPMMLParser()
     : status(), parser(nullptr), xercesMessage(), document(nullptr), rootElement(nullptr),
       dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr),
-      readModelBodies(true)
+      readModelBodies(true), fieldsInDOM(true)
 {
     const bool initialised = ZRXPlatform::Acquire();
     try {
@@ -75,8 +87,10 @@ ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream)
     rootElement = dataDictionary = transDictionary = modelElement = nullptr;
     if (!parser)
         return status;
-    if (auto* pmmlParser = dynamic_cast<ZRPMMLDOMParser*>(parser))
+    if (auto* pmmlParser = dynamic_cast<ZRPMMLDOMParser*>(parser)) {
         pmmlParser->SetReadModelBodies(readModelBodies);
+        pmmlParser->SetFieldsInDOM(fieldsInDOM);
+    }
     try {
         ZRXInputSource source(stream);
         status = ParseWithParser(*parser, &source, nullptr, xercesMessage);
@@ -105,6 +119,7 @@ ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream)
     if (!status.IsOK()) {
         document = nullptr;
         rootElement = dataDictionary = transDictionary = modelElement = nullptr;
+        ForgetRecordedFields(parser);
     }
     return status;
 }
@@ -134,6 +149,16 @@ bool ZRPMMLParser::GetReadModelBodies() const
     return readModelBodies;
 }
 
+void ZRPMMLParser::SetFieldsInDOM(bool inDOM)
+{
+    fieldsInDOM = inDOM;
+}
+
+bool ZRPMMLParser::GetFieldsInDOM() const
+{
+    return fieldsInDOM;
+}
+
 bool ZRPMMLParser::SetModelElmt(const DOMElement& model)
 {
     if (!status.IsOK() || !document)
@@ -159,6 +184,8 @@ ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::st
     DictionaryOptions options;
     options.wanted = wanted.get();
     options.bins = useBins ? &bins : nullptr;
+    if (const FieldStore* fields = RecordedFields(parser))
+        return ReadFieldStore(varList, *fields, kPMMLDataFieldRules, options);
     return ReadFieldDictionary(varList, *dataDictionary, "DataField", kPMMLDataFieldRules, options);
 }
 

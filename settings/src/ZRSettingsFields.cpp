@@ -4,6 +4,7 @@
 // keep its Interval in an Extension) and in the use of bins.
 #include <zrparsexmlr/ZRSettingsParser.h>
 
+#include "ZRPMMLInternal.h"
 #include "ZRSettingsInternal.h"
 #include "ZRXFieldReader.h"
 
@@ -26,6 +27,8 @@ ZRCommon::ZRStatus ZRSettingsParser::FillVarList(ZRMTD_NAMESPACE::ZRVarList& var
     };
     DictionaryOptions options;
     options.bins = useBins ? &bins : nullptr;
+    if (const FieldStore* fields = RecordedFields(parser))
+        return ReadFieldStore(varList, *fields, kSettingsDataFieldRules, options);
     return ReadFieldDictionary(varList, *dataDictionary, "DataField", kSettingsDataFieldRules,
                                options);
 }

@@ -53,7 +53,9 @@ const xercesc::DOMElement* FindNamedChild(const xercesc::DOMElement* scope, cons
 
 } // namespace Settings
 
-ZRSettingsParser::ZRSettingsParser() : ZRPMMLParser(), parametersElement(nullptr) {}
+ZRSettingsParser::ZRSettingsParser()
+    : ZRPMMLParser(), parametersElement(nullptr), parametersRequired(true)
+{}
 
 ZRSettingsParser::~ZRSettingsParser() = default;
 
@@ -68,11 +70,26 @@ ZRCommon::ZRStatus ZRSettingsParser::ParseToDOM(std::istream& stream)
         parametersElement =
             extension != nullptr ? GetFirstChildElmt(*extension, "Parameters") : nullptr;
     }
-    if (status.IsOK() && parametersElement == nullptr)
+    if (status.IsOK() && parametersElement == nullptr && parametersRequired)
         status = Settings::Fail(ZRCommon::eNoParameters);
     if (!status.IsOK())
         parametersElement = nullptr;
     return status;
+}
+
+void ZRSettingsParser::SetParametersRequired(bool required)
+{
+    parametersRequired = required;
+}
+
+bool ZRSettingsParser::GetParametersRequired() const
+{
+    return parametersRequired;
+}
+
+const xercesc::DOMElement* ZRSettingsParser::GetParametersElement() const
+{
+    return parametersElement;
 }
 
 } // namespace ZRXPrsUtil

@@ -34,6 +34,14 @@ TEST(SettingsDocument, ParametersPathDecidesTheParse)
         EXPECT_EQ(result.GetCode(), code) << text;
         EXPECT_FALSE(result.GetFlag()) << text;
         EXPECT_EQ(parser.GetStatus(), result) << text;
+        // Not required, a missing path is no failure, and the settings
+        // queries answer 119 for it.
+        ZRSettingsParser lenient;
+        lenient.SetParametersRequired(false);
+        EXPECT_EQ(Parse(lenient, text).GetCode(), code == 119 ? 0 : code) << text;
+        EXPECT_EQ(lenient.GetParametersElement() != nullptr, code == 0) << text;
+        int value = 0;
+        EXPECT_EQ(lenient.GetParameter("p", value).GetCode(), code == 119 ? 119 : code) << text;
     }
 }
 

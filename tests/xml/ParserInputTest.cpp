@@ -85,6 +85,28 @@ TEST_F(Parsing, EveryFailedParseGives104WithTheXmlLibrarysMessage)
     }
 }
 
+// The tag of the document element, read up to its start tag: what comes after
+// it is not read, what comes before it must be well-formed.
+TEST_F(Parsing, DocumentElementTagIsReadUpToItsStartTag)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"<?xml version='1.0'?><!-- <PMML> --><?pi <x>?><!DOCTYPE d [<!ENTITY e 'v'>]>"
+         "<DataModel a='&e;'><Fields><",
+         "DataModel"},
+        {"\xEF\xBB\xBF<ns1:PMML xmlns:ns1='u'/>", "ns1:PMML"},
+        {"<!DOCTYPE r SYSTEM 'file:///no/such.dtd'><r/>", "r"},
+        {"<!-- only a comment -->", ""},
+        {"<<PMML/>", ""},
+        {"", ""},
+    };
+    for (const auto& [text, tag] : cases) {
+        std::istringstream stream(text);
+        std::string read = "stale";
+        EXPECT_EQ(GetDocumentElementTag(stream, read), *tag != 0) << text;
+        EXPECT_EQ(read, tag) << text;
+    }
+}
+
 TEST_F(Parsing, HostileEntitiesAreRefusedAndInternalOnesWork)
 {
     // A parser at the XML library's defaults does read the file.

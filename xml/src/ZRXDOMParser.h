@@ -6,7 +6,13 @@
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
+#include <memory>
+
 namespace ZRXPrsUtil {
+
+class FieldRecorder;
+class FieldStore;
+struct FieldRecording;
 
 namespace Detail {
 
@@ -40,11 +46,19 @@ struct ZRXSecurityHolder {
 // 2,000 levels the deepest operation takes about 265 KB of stack, a quarter
 // of a 1 MiB thread stack, leaving the rest to the host's own frames.
 //
-// Derived parsers may override the element events; they must call these
-// versions, which keep the depth count and stop the parse, for every element
-// they build. One that leaves an element out whole (its start, everything in
-// it and its end: ZRPMMLDOMParser) passes none of its events on, and the
-// count and the limit are of the elements built.
+// A parser made for one kind of document may keep the fields of its
+// dictionary out of the DOM (SetFieldRecording, SetFieldsInDOM): each field
+// is then read as the document streams into a compact record (FieldRecorder,
+// ZRXFieldReader.h), and no node is made of it or of anything in it. Such
+// fields count for the depth limit as if they were built, so that a document
+// is refused for its depth alike in both ways.
+//
+// Derived parsers may override the element and content events; they must
+// call these versions, which keep the depth count, stop the parse and take
+// the events of the fields kept out, for every element they build. One that
+// leaves an element out whole (its start, everything in it and its end:
+// ZRPMMLDOMParser) passes none of its events on, and the count and the limit
+// are of the elements passed on.
 class ZRXDOMParser : private Detail::ZRXSecurityHolder, public xercesc::XercesDOMParser {
 public:
     static const XMLSize_t kMaxDepth = 2000;
@@ -67,6 +81,24 @@ public:
                       const XMLSize_t attrCount, const bool isEmpty, const bool isRoot) override;
     void endElement(const xercesc::XMLElementDecl& elemDecl, const unsigned int urlId,
                     const bool isRoot, const XMLCh* const elemPrefix) override;
+    void docCharacters(const XMLCh* const chars, const XMLSize_t length,
+                       const bool cdataSection) override;
+    void ignorableWhitespace(const XMLCh* const chars, const XMLSize_t length,
+                             const bool cdataSection) override;
+    void docComment(const XMLCh* const comment) override;
+    void docPI(const XMLCh* const target, const XMLCh* const data) override;
+    void startEntityReference(const xercesc::XMLEntityDecl& entDecl) override;
+    void endEntityReference(const xercesc::XMLEntityDecl& entDecl) override;
+
+    // Which fields this parser can keep out of the DOM; set once, by the
+    // reader that owns the parser. None until then.
+    void SetFieldRecording(const FieldRecording& recording);
+    // Whether the next parse builds the fields (true, the default) or keeps
+    // them out. Frees the records of the last parse either way.
+    void SetFieldsInDOM(bool fieldsInDOM);
+    // The records of the fields of the last parse, or null when they were
+    // built (or there was no parse since SetFieldsInDOM).
+    const FieldStore* RecordedFields() const;
 
     // What startElement throws past the limit.
     struct ZRXTooDeep {};
@@ -77,8 +109,12 @@ protected:
     XMLSize_t Depth() const { return m_depth; }
 
 private:
+    bool InRecordedField() const;
+
     XMLSize_t m_depth;
     bool m_tooDeep;
+    bool m_fieldsInDOM;
+    std::unique_ptr<FieldRecorder> m_fields;
 };
 
 } // namespace ZRXPrsUtil

@@ -1,7 +1,15 @@
 // The one reader of field dictionaries, shared by the PMML, settings and
 // DataModel readers; not exported. A dictionary is a list of field elements
-// (DataField, DerivedField, Field), each read into a FieldRecord under the
-// FieldRules of its document kind and added to a ZRVarList as one variable.
+// (DataField, DerivedField, Field), each read into a FieldRecord and added to
+// a ZRVarList as one variable under the FieldRules of its document kind.
+//
+// A field is read in one of two ways, which give the same record:
+//   - from the DOM, when the variables are asked for (ReadFieldDictionary);
+//   - as the document streams, by a FieldRecorder inside the DOM parser,
+//     which builds no node for the field and keeps its record in a compact
+//     FieldStore (ReadFieldStore adds the variables from there).
+// Both go through FieldReading, which is given a field's parts in document
+// order: the field's attributes, then each element inside it.
 #ifndef ZRPARSEXMLR_ZRXFIELDREADER_H
 #define ZRPARSEXMLR_ZRXFIELDREADER_H
 
@@ -9,8 +17,12 @@
 #include <zrcommonr/ZRStatus.h>
 #include <zrcommonr/ZRVarList.h>
 
+#include <xercesc/framework/XMLAttr.hpp>
+#include <xercesc/util/RefVectorOf.hpp>
+
 #include <cstddef>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -29,12 +41,12 @@ struct FieldTypeWord {
 // What a document kind says about its fields, and where. A null name means
 // the kind has no such thing.
 struct FieldRules {
-    const char* labelAttribute; // the field's label
-    const char* typeAttribute;  // required; one of `types`
+    const XMLCh* labelAttribute; // the field's label
+    const XMLCh* typeAttribute;  // required; one of `types`
     const FieldTypeWord* types;
     std::size_t typeCount;
-    const char* measureAttribute;     // required; "continuous" or categorical
-    const char* roleAttribute;        // null: every field is an input
+    const XMLCh* measureAttribute;    // required; "continuous" or categorical
+    const XMLCh* roleAttribute;       // null: every field is an input
     const NameListEntry* roles;       // role words; any other word is no role
     const XMLCh* valuesGroup;         // null: Value elements stand in the field
     const XMLCh* valueLabelAttribute; // the label of a Value
@@ -63,20 +75,37 @@ class TextList {
 public:
     void Clear();
     void Add(const XMLCh* text);
+    void Add(std::string_view text);
     const std::vector<std::string>& Texts() const { return texts; }
     std::size_t size() const { return texts.size(); }
     const std::string& operator[](std::size_t i) const { return texts[i]; }
 
 private:
+    std::string& Next();
+
     std::vector<std::string> texts;
     std::vector<std::string> spare;
 };
 
 // Everything one field says before it is added. The lists keep their storage
 // from one field to the next (Reset).
+//
+// The record holds what the field says, and the rules of the reader that adds
+// it judge it (Verdict): an absent required attribute, a type word, an
+// Interval that is no range are noted, not refused, while the field is read.
+// So a record read under the rules of one kind can be added under those of
+// another that reads the same element (the DataField of PMML and of a
+// settings document), as long as it was read under rules that read all that
+// either one reads.
 struct FieldRecord {
     std::string name;
     std::string label;
+    bool nameAbsent = false;
+    bool typeAbsent = false;
+    bool measureAbsent = false;
+    const FieldTypeWord* type = nullptr; // in the reading rules; null: not one of them
+    bool fieldIntervalFault = false;     // an Interval of the field is no range
+    bool extensionIntervalFault = false; // the first Interval of an Extension is none
     bool numeric = true;
     bool categorical = true;
     int storage = 0;
@@ -94,6 +123,57 @@ struct FieldRecord {
 
     FieldRecord() { Reset(); }
     void Reset();
+    // The status of adding the field under `rules`, checked in the order the
+    // field is read: no type (eAttributeAbsent), a type word the rules don't
+    // take (eNotAccepted), no measure (eAttributeAbsent), an Interval the
+    // rules read that is no range (eNotAccepted). The name is checked by the
+    // walk. On OK, `storage` holds the rules' code for the type.
+    ZRCommon::ZRStatus Verdict(const FieldRules& rules);
+};
+
+// The attributes of one element: those of a DOM element, or those the XML
+// library's scanner reports with the start of an element, which are the ones
+// the DOM would give it (those written, and those a DTD gives by default).
+class AttributeView {
+public:
+    explicit AttributeView(const xercesc::DOMElement& element) : m_element(&element) {}
+    AttributeView(const xercesc::RefVectorOf<xercesc::XMLAttr>& list, XMLSize_t count)
+        : m_list(&list), m_count(count)
+    {}
+    // The value of the attribute named `name` as written (prefix included);
+    // null when there is none.
+    const XMLCh* Get(const XMLCh* name) const;
+    // Calls visit(name, value) for every attribute.
+    template <typename Visit>
+    void ForEach(Visit visit) const;
+
+private:
+    const xercesc::DOMElement* m_element = nullptr;
+    const xercesc::RefVectorOf<xercesc::XMLAttr>* m_list = nullptr;
+    XMLSize_t m_count = 0;
+};
+
+// Reads one field into a record from its parts, given in document order: the
+// field's attributes (Field), then each element inside it: a child of the
+// field (Child), and each child of a child when Child asked for them
+// (ChildOfChild). The name is read by the caller. Elements deeper down are
+// nothing to the rules.
+class FieldReading {
+public:
+    FieldReading(const FieldRules& rules, FieldRecord& record) : m_rules(rules), m_record(record) {}
+    // The attributes of the field but its name. False when the field can't
+    // be added under any rules (no type, a type word that the reading rules
+    // don't know, no measure): what is inside it need not be read.
+    bool Field(const AttributeView& attributes);
+    // True when the children of this child are read too.
+    bool Child(const XMLCh* tag, const AttributeView& attributes);
+    void ChildOfChild(const XMLCh* tag, const AttributeView& attributes);
+
+private:
+    enum Open { kNothing, kValuesGroup, kExtension };
+    const FieldRules& m_rules;
+    FieldRecord& m_record;
+    Open m_open = kNothing;
 };
 
 // A set of field names, hashed, for a reader that reads only some fields: a
@@ -145,6 +225,109 @@ struct DictionaryOptions {
 ZRCommon::ZRStatus ReadFieldDictionary(ZRMTD_NAMESPACE::ZRVarList& varList,
                                        const xercesc::DOMElement& dictionary, const char* tag,
                                        const FieldRules& rules, const DictionaryOptions& options);
+
+// The records of one document's fields, each in a few bytes beside what it
+// holds: numbers as doubles, texts once as UTF-8, all in blocks that grow
+// with the dictionary, so that a record costs no allocation of its own.
+// Clear frees them all.
+class FieldStore {
+public:
+    explicit FieldStore(const FieldRules& readingRules) : m_readingRules(readingRules) {}
+    void Clear();
+    void Add(const FieldRecord& record);
+    // Reads the records back in order, each in two steps so that a record
+    // that is not wanted costs only its name.
+    class Cursor {
+    public:
+        explicit Cursor(const FieldStore& store) : m_store(store) {}
+        // The next record's name, or nameAbsent, into `record` (nothing else
+        // of it); false after the last.
+        bool NextName(FieldRecord& record);
+        // The rest of the record whose name was read last, into `record`.
+        void ReadRest(FieldRecord& record);
+
+    private:
+        const FieldStore& m_store;
+        std::size_t block = 0;
+        const char* at = nullptr;  // the rest of the present record
+        const char* end = nullptr; // the end of the present record
+        unsigned flags = 0;
+    };
+
+private:
+    friend class Cursor;
+    struct Block {
+        std::unique_ptr<char[]> bytes;
+        std::size_t size;
+        std::size_t used;
+    };
+    const FieldRules& m_readingRules;
+    std::vector<Block> blocks;
+    std::string scratch; // the record being written
+};
+
+// The fields that `store` holds, added as ReadFieldDictionary adds them from
+// the DOM: the same calls on `varList` in the same order, and the same status.
+ZRCommon::ZRStatus ReadFieldStore(ZRMTD_NAMESPACE::ZRVarList& varList, const FieldStore& store,
+                                  const FieldRules& rules, const DictionaryOptions& options);
+
+// Which fields of a document kind a DOM parser reads as the document streams
+// and builds no node for: the elements of tag `field` among the children of
+// the first child of tag `dictionary` of a document element of tag `root`.
+struct FieldRecording {
+    const XMLCh* root;
+    const XMLCh* dictionary;
+    const XMLCh* field;
+    const FieldRules* readingRules;
+};
+
+// DataField of the DataDictionary of PMML, read under rules that read all
+// that the PMML and the settings rules read (PMML's type words, which hold
+// those of settings, and the Interval of settings), so that both readers
+// add them.
+extern const FieldRecording kPMMLFieldRecording;
+// Field of the Fields of a DataModel.
+extern const FieldRecording kDataModelFieldRecording;
+
+// Follows the events of one document as a DOM parser receives them, and takes
+// those of the fields that `recording` names: each such field is read into
+// the store as its events come, and none of its events goes on to build a
+// node. Every other event goes on.
+class FieldRecorder {
+public:
+    explicit FieldRecorder(const FieldRecording& what);
+    // A document starts: the records of the one before are freed, also of
+    // one whose parse broke off; with `recordFields` false nothing is taken.
+    void Reset(bool recordFields);
+    bool IsActive() const { return active; }
+    // An element starts; `depth` is its level (1 the document element).
+    // True: it is part of a field and taken. `isEmpty`: no end will come.
+    bool StartElement(const XMLCh* tag, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                      XMLSize_t attributeCount, bool isEmpty, XMLSize_t depth);
+    // The element last started and not ended ends; `depth` is its level.
+    // True: it was taken.
+    bool EndElement(XMLSize_t depth);
+    // Text, comments, processing instructions and entity references inside
+    // a field are taken.
+    bool InField() const { return level > 0; }
+    const FieldStore& Store() const { return store; }
+
+private:
+    void EndField();
+
+    const FieldRecording& recording;
+    FieldStore store;
+    FieldRecord record;
+    bool active = false;
+    bool rootMatches = false;
+    bool dictionarySeen = false;
+    bool inDictionary = false;
+    bool closed = false;          // a nameless field ends what FillVarList reads
+    std::size_t level = 0;        // open elements of the present field
+    bool readingChildren = false; // the open child of the field wants its children
+    bool readingField = false;    // the field's children are read
+    FieldReading reading;
+};
 
 } // namespace ZRXPrsUtil
 

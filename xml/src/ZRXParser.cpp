@@ -1,8 +1,11 @@
 // The one place where the library makes and runs its DOM parsers.
 #include "ZRXPrsUtilInternal.h"
 #include "ZRXDOMParser.h"
+#include "ZRXPlatform.h"
 
 #include <xercesc/dom/DOMException.hpp>
+#include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/framework/XMLPScanToken.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/sax/ErrorHandler.hpp>
 #include <xercesc/sax/SAXParseException.hpp>
@@ -83,7 +86,55 @@ std::string CaughtMessage(const std::string& kept)
     }
 }
 
+// The library's parser that, read progressively, stops at the start of the
+// document element and builds no element.
+class ZRXRootTagReader : public ZRXDOMParser {
+public:
+    void startElement(const xercesc::XMLElementDecl& elemDecl, const unsigned int,
+                      const XMLCh* const, const xercesc::RefVectorOf<xercesc::XMLAttr>&,
+                      const XMLSize_t, const bool, const bool) override
+    {
+        if (!found)
+            tag = ToUTF8(elemDecl.getFullName());
+        found = true;
+    }
+    void endElement(const xercesc::XMLElementDecl&, const unsigned int, const bool,
+                    const XMLCh* const) override
+    {}
+
+    bool found = false;
+    std::string tag;
+};
+
 } // namespace
+
+bool GetDocumentElementTag(std::istream& stream, std::string& tag)
+{
+    tag.clear();
+    if (!ZRXPlatform::Acquire())
+        return false;
+    bool found = false;
+    try {
+        ZRXRootTagReader reader;
+        ZRXFirstErrorKeeper errors;
+        ZRXHandlerScope scope(reader, errors);
+        ZRXInputSource source(stream);
+        xercesc::XMLPScanToken token;
+        if (reader.parseFirst(source, token)) {
+            while (!reader.found && reader.parseNext(token)) {
+            }
+            reader.parseReset(token);
+        }
+        found = reader.found && reader.getErrorCount() == 0;
+        if (found)
+            tag = reader.tag;
+    } catch (...) {
+        found = false;
+        tag.clear();
+    }
+    ZRXPlatform::Release();
+    return found;
+}
 
 ZRXDOMParser* NewDOMParser()
 {

@@ -67,6 +67,24 @@ public:
     ZRCommon::ZRStatus FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList, bool alternateInputRole,
                                    bool useBins, int binCount) const;
 
+    // Whether the next ParseToDOM builds the Field elements of Fields as DOM
+    // nodes; true, as the whole document, unless set otherwise. With false,
+    // each Field child of the first Fields of the DataModel root is read as
+    // the text is parsed into a compact record (its name, label, storage,
+    // measure, role, values and their labels, and range, with numbers as
+    // doubles and texts once), and no node is made of it or of anything
+    // inside it; Fields keeps its attributes and every other child, and Field
+    // elements anywhere else are built. FillVarList then gives exactly what
+    // it gives on the whole document: the same calls on the list in the same
+    // order and the same status (also 104 for a document that is not
+    // well-formed, or nested too deep inside a Field: the fields count for
+    // the nesting limit). A wide data set so takes a fraction of the time and
+    // memory of its DOM. The records live until the next ParseToDOM (which
+    // frees them first, whatever its outcome) or the object's destruction.
+    // The setting applies from the next ParseToDOM on, until set again.
+    void SetFieldsInDOM(bool fieldsInDOM);
+    bool GetFieldsInDOM() const;
+
 private:
     ZRDataModelParserImp* m_imp;
 };

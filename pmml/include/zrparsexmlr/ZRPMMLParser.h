@@ -80,6 +80,29 @@ public:
     void SetReadModelBodies(bool readBodies);
     bool GetReadModelBodies() const;
 
+    // Whether the next ParseToDOM builds the DataField elements of the
+    // DataDictionary as DOM nodes; true, as the whole document, unless set
+    // otherwise. With false, each DataField child of the first DataDictionary
+    // of the PMML root is read as the document streams into a compact record
+    // (its name, label, type, values, labels, missing values and ranges, with
+    // numbers as doubles and texts once), and no node is made of it or of
+    // anything inside it: the DOM's DataDictionary keeps its attributes and
+    // every other child (the text between the fields joins into one text
+    // node, as it would without them), while DataField elements anywhere
+    // else, as in a second DataDictionary, are built. FillVarList then reads
+    // the records and gives exactly what it gives on the whole document: the
+    // same calls on the list and its encoders in the same order, and the
+    // same status (a field that breaks a rule fails where it would, a
+    // document that is not well-formed gives 104, one nested too deep inside
+    // a field gives 104 too, as the fields count for the nesting limit). A
+    // wide dictionary so takes a fraction of the time and memory of its DOM.
+    // The records live until the next ParseToDOM (which frees them first,
+    // whatever its outcome) or the object's destruction. The setting applies
+    // from the next ParseToDOM on, until it is set again, and combines with
+    // SetReadModelBodies; a failed construction ignores it.
+    void SetFieldsInDOM(bool fieldsInDOM);
+    bool GetFieldsInDOM() const;
+
     ZRCommon::ZRStatus GetStatus() const;
     std::string GetXercesMessage() const;
     const xercesc::DOMElement* GetRootElement() const;
@@ -157,6 +180,8 @@ protected:
     const xercesc::DOMElement* modelElement;
     // SetReadModelBodies, applied by each ParseToDOM.
     bool readModelBodies;
+    // SetFieldsInDOM, applied by each ParseToDOM.
+    bool fieldsInDOM;
 };
 
 } // namespace ZRXPrsUtil

@@ -23,6 +23,13 @@
 // Parameter names are UTF-8 and compared exactly, code unit by code unit. A
 // null name, and a name that is not valid UTF-8, name no parameter (120, or
 // the "not found" answer of the operation).
+//
+// The base's SetFieldsInDOM(false) serves this reader too: its DataField
+// elements are then kept out of the DOM, and FillVarList, read from their
+// records, gives what it gives on the whole document; so does the base's
+// FillVarList called on this object, as the records hold what either reads
+// of a DataField. The transformation dictionary, the task and its
+// parameters are built as always.
 #ifndef ZRPARSEXMLR_ZRSETTINGSPARSER_H
 #define ZRPARSEXMLR_ZRSETTINGSPARSER_H
 
@@ -62,6 +69,23 @@ public:
     // and the first Parameters in that; any of them absent gives 119, with
     // the DOM kept but no query served. The result is also kept as status.
     ZRCommon::ZRStatus ParseToDOM(std::istream& stream) override;
+
+    // Whether a document without the Parameters path fails (119, true: the
+    // default) or is kept as a PMML document without settings (false): then
+    // ParseToDOM gives the base's outcome, the base's queries (FillVarList,
+    // FillUniStats, ...) and FillVarList and FillTransDict of this class
+    // serve the document, and the role and parameter queries answer 119. This departs from the reader's
+    // rule that a settings document without Parameters fails as a whole, on
+    // purpose and only on request: a caller that takes any PMML document and
+    // its settings if it has them (zrx inspect) then parses it once, where it
+    // would otherwise parse it with the PMML reader and again with this one.
+    // Applies from the next ParseToDOM on.
+    void SetParametersRequired(bool required);
+    bool GetParametersRequired() const;
+    // The Parameters element of the parsed document (MiningBuildTask, its
+    // first Extension, the first Parameters in that; the first of each), or
+    // null when there is none or the parse failed. Lives in the DOM.
+    const xercesc::DOMElement* GetParametersElement() const;
 
     // Appends one variable per DataField, in document order, with role input
     // and the storage code of its dataType ("integer" 1, "double"/"float" 2,
@@ -161,6 +185,8 @@ protected:
     // The Parameters element of the parsed document; null unless the last
     // ParseToDOM ended OK. Lives in the DOM owned by the base's parser.
     const xercesc::DOMElement* parametersElement;
+    // SetParametersRequired, applied by each ParseToDOM.
+    bool parametersRequired;
 };
 
 } // namespace ZRXPrsUtil

@@ -1,23 +1,34 @@
 // zrx inspect: what the library's readers read from one document, as tables
-// or as one JSON document. Everything is gathered once into a JSON value; the
-// text form is printed from it, so that both forms always say the same.
+// or as one JSON document. The document is read once; the output is then
+// written part by part as it is gathered (each field from the variable list
+// as it is printed), so that a dictionary of a million fields needs no more
+// than the readers' own memory. Both forms are made from the same values, so
+// that they always say the same.
 //
 // Decisions:
-//  - The kind comes from the document element: "DataModel" is read by the
-//    DataModel reader; anything else by the PMML reader, which refuses a root
-//    other than PMML (105). A PMML document whose first MiningBuildTask holds
-//    an Extension with Parameters is then read again by the settings reader.
+//  - The kind comes from the document element, which the library reads
+//    (GetDocumentElementTag): "DataModel" is read by the DataModel reader;
+//    anything else by the settings reader with Parameters not required, so
+//    that a PMML document is read once whether or not it carries settings:
+//    with MiningBuildTask/Extension/Parameters (GetParametersElement) it is
+//    shown as settings, without as PMML, through the PMML reader's own
+//    FillVarList. A root other than PMML is refused by the reader (105).
+//  - The readers keep the fields out of the DOM and leave the bodies of the
+//    models out: the tool uses the fields only through FillVarList and of a
+//    model only its attributes and statistics, which are kept.
 //  - Statistics are read for the models directly under PMML, in document
 //    order; models nested in a MiningModel's segments are not walked.
 //  - A settings document names its parameters; the tool lists the
 //    Parameter, MatrixParmeter and ComplexParameter children of each scope in
 //    document order and asks the reader for each name once (the reader
 //    answers the first of several of one name).
-//  - A failed ParseToDOM prints nothing on standard output. A part that the
-//    reader refuses (a field, a statistics element, a role or a parameter)
-//    is listed under "problems" and on standard error, the rest is shown, and
-//    the exit status is 1. An absent role (120) and a parameter without a
-//    value (123) are no problems: they show as empty, and without "value".
+//  - A document that can't be read (a failed ParseToDOM, a file that can't
+//    be opened) prints nothing on standard output and exits 1. A document
+//    that is read exits 0: a part that the reader refuses (a field, a
+//    statistics element, a role or a parameter) is listed under "problems"
+//    and on standard error, and the rest is shown. An absent role (120) and
+//    a parameter without a value (123) are no problems: they show as empty,
+//    and without "value".
 #include "zrx.h"
 
 #include <zrparsexmlr/ZRDataModelParser.h>
@@ -34,10 +45,14 @@
 #include <nlohmann/json.hpp>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
+#include <memory>
 #include <limits>
 #include <set>
 #include <sstream>
+#include <system_error>
 #include <string>
 #include <utility>
 #include <vector>
@@ -111,57 +126,242 @@ const char* RoleName(int role)
     }
 }
 
-Json FieldJson(const IZRVariable& variable)
+// A number that is shown as one: not the missing value, nor an open end.
+bool IsShownNumber(double value)
+{
+    return !(ZRMV::IsMissing(value) || value != value ||
+             value == std::numeric_limits<double>::lowest() ||
+             value == std::numeric_limits<double>::max());
+}
+
+// Calls visit(number, text, label) for each value of the variable: a numeric
+// categorical value comes as `number`, any other as `text` (number null);
+// `label` is null when the value has none.
+template <typename Visit>
+void ForEachValue(const IZRVariable& variable, Visit visit)
 {
     const IZREncoder& encoder = *variable.GetEncoder();
-    const int type = variable.GetVarType();
-    Json field;
-    field["name"] = variable.GetName();
-    field["label"] = variable.GetLabel();
-    field["kind"] = KindName(type);
-    field["storage"] = StorageJson(variable.GetValueFormat());
-    field["role"] = RoleName(variable.GetRole());
-    if (type == IZRVariable::eContinuous)
-        field["range"] = Json{{"min", NumberJson(variable.GetMinimum())},
-                              {"max", NumberJson(variable.GetMaximum())}};
-    Json values = Json::array();
+    const bool numeric = variable.GetVarType() == IZRVariable::eCategoricalNumeric;
+    const std::vector<double>& numbers = encoder.GetNumericValues();
     const std::vector<std::string>& labels = encoder.GetValueLabels();
     const int count = encoder.GetNValues();
     for (int i = 0; i < count; ++i) {
-        Json value;
-        if (type == IZRVariable::eCategoricalNumeric &&
-            static_cast<std::size_t>(i) < encoder.GetNumericValues().size())
-            value["value"] = NumberJson(encoder.GetNumericValues()[i]);
-        else
-            value["value"] = encoder.GetValueText(i);
-        if (static_cast<std::size_t>(i) < labels.size())
-            value["label"] = labels[i];
-        values.push_back(std::move(value));
+        const std::size_t at = static_cast<std::size_t>(i);
+        const double* number = numeric && at < numbers.size() ? &numbers[at] : nullptr;
+        visit(number, number ? std::string() : encoder.GetValueText(i),
+              at < labels.size() ? &labels[at] : nullptr);
     }
-    field["values"] = std::move(values);
-    Json missing = Json::array();
-    for (const auto& [value, label] : encoder.GetNumericMissing())
-        missing.push_back(Json{{"value", NumberJson(value)}, {"label", label}});
-    for (const auto& [value, label] : encoder.GetStringMissing())
-        missing.push_back(Json{{"value", value}, {"label", label}});
-    field["missing"] = std::move(missing);
-    field["invalidRange"] = encoder.HasMissingRange()
-                                ? Json{{"lower", NumberJson(encoder.GetMissingRangeLower())},
-                                       {"upper", NumberJson(encoder.GetMissingRangeUpper())}}
-                                : Json(nullptr);
-    if (!variable.GetCutPoints().empty() || !encoder.GetBinLabels().empty())
-        field["bins"] = Json{{"cutPoints", NumbersJson(variable.GetCutPoints())},
-                             {"labels", encoder.GetBinLabels()}};
-    return field;
 }
 
-Json FieldsJson(const ZRMTD_NAMESPACE::ZRVarList& list, std::size_t from, std::size_t to)
+// The same for the missing values, numeric ones first; each has a label.
+template <typename Visit>
+void ForEachMissing(const IZRVariable& variable, Visit visit)
 {
-    Json fields = Json::array();
-    for (std::size_t i = from; i < to; ++i)
-        if (const IZRVariable* variable = list.GetVarAt(static_cast<int>(i)))
-            fields.push_back(FieldJson(*variable));
-    return fields;
+    const IZREncoder& encoder = *variable.GetEncoder();
+    for (const auto& [value, label] : encoder.GetNumericMissing())
+        visit(&value, std::string(), &label);
+    for (const auto& [value, label] : encoder.GetStringMissing())
+        visit(nullptr, value, &label);
+}
+
+// Appends JSON text as nlohmann's dump(2) lays it out, value by value, to a
+// string: a document of a million fields is written without a tree of it.
+// `indent` is the indentation of the line where the first value starts.
+class JsonText {
+public:
+    JsonText(std::string& out, std::size_t indent) : m_out(out), m_indent(indent) {}
+    void BeginObject() { Open('{'); }
+    void EndObject() { Close('}'); }
+    void BeginArray() { Open('['); }
+    void EndArray() { Close(']'); }
+    void Key(const char* key)
+    {
+        Next();
+        m_out += '"';
+        m_out += key;
+        m_out += "\": ";
+        m_keyed = true;
+    }
+    void String(const std::string& text)
+    {
+        Next();
+        AppendString(text);
+    }
+    // A number, or null where IsShownNumber says no.
+    void Number(double value)
+    {
+        Next();
+        m_out += IsShownNumber(value) ? Json(value).dump() : "null";
+    }
+    void Null()
+    {
+        Next();
+        m_out += "null";
+    }
+
+private:
+    void Next()
+    {
+        if (m_keyed) {
+            m_keyed = false;
+            return;
+        }
+        if (m_counts.empty())
+            return;
+        m_out += m_counts.back()++ > 0 ? ",\n" : "\n";
+        m_out.append(m_indent + 2 * m_counts.size(), ' ');
+    }
+    void Open(char bracket)
+    {
+        Next();
+        m_out += bracket;
+        m_counts.push_back(0);
+    }
+    void Close(char bracket)
+    {
+        const std::size_t count = m_counts.back();
+        m_counts.pop_back();
+        if (count > 0) {
+            m_out += '\n';
+            m_out.append(m_indent + 2 * m_counts.size(), ' ');
+        }
+        m_out += bracket;
+    }
+    // As nlohmann escapes a string; text that is not UTF-8 goes to nlohmann
+    // itself, which replaces what it can't read.
+    void AppendString(const std::string& text)
+    {
+        static const char* const kHex = "0123456789abcdef";
+        if (!IsUTF8(text)) {
+            m_out += Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+            return;
+        }
+        m_out += '"';
+        std::size_t from = 0;
+        for (std::size_t i = 0; i < text.size(); ++i) {
+            const unsigned char byte = static_cast<unsigned char>(text[i]);
+            if (byte >= 0x20 && byte != '"' && byte != '\\')
+                continue;
+            m_out.append(text, from, i - from);
+            from = i + 1;
+            switch (byte) {
+            case '"': m_out += "\\\""; break;
+            case '\\': m_out += "\\\\"; break;
+            case '\b': m_out += "\\b"; break;
+            case '\f': m_out += "\\f"; break;
+            case '\n': m_out += "\\n"; break;
+            case '\r': m_out += "\\r"; break;
+            case '\t': m_out += "\\t"; break;
+            default:
+                m_out += "\\u00";
+                m_out += kHex[byte >> 4];
+                m_out += kHex[byte & 0xF];
+            }
+        }
+        m_out.append(text, from, text.size() - from);
+        m_out += '"';
+    }
+    static bool IsUTF8(const std::string& text)
+    {
+        for (std::size_t i = 0; i < text.size();) {
+            const unsigned char lead = static_cast<unsigned char>(text[i]);
+            std::size_t length = lead < 0x80                   ? 1
+                                 : lead >= 0xC2 && lead < 0xE0 ? 2
+                                 : lead >= 0xE0 && lead < 0xF0 ? 3
+                                 : lead >= 0xF0 && lead < 0xF5 ? 4
+                                                               : 0;
+            if (length == 0 || i + length > text.size())
+                return false;
+            for (std::size_t k = 1; k < length; ++k)
+                if ((static_cast<unsigned char>(text[i + k]) & 0xC0) != 0x80)
+                    return false;
+            const unsigned char second = length > 1 ? static_cast<unsigned char>(text[i + 1]) : 0;
+            if ((lead == 0xE0 && second < 0xA0) || (lead == 0xED && second >= 0xA0) ||
+                (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second >= 0x90))
+                return false;
+            i += length;
+        }
+        return true;
+    }
+
+    std::string& m_out;
+    const std::size_t m_indent;
+    std::vector<std::size_t> m_counts; // items of each open object or array
+    bool m_keyed = false;              // a key was written, its value comes
+};
+
+// One variable in the JSON form.
+void WriteField(JsonText& json, const IZRVariable& variable)
+{
+    const IZREncoder& encoder = *variable.GetEncoder();
+    const int type = variable.GetVarType();
+    json.BeginObject();
+    json.Key("name");
+    json.String(variable.GetName());
+    json.Key("label");
+    json.String(variable.GetLabel());
+    json.Key("kind");
+    json.String(KindName(type));
+    json.Key("storage");
+    const Json storage = StorageJson(variable.GetValueFormat());
+    storage.is_null() ? json.Null() : json.String(storage.get<std::string>());
+    json.Key("role");
+    json.String(RoleName(variable.GetRole()));
+    if (type == IZRVariable::eContinuous) {
+        json.Key("range");
+        json.BeginObject();
+        json.Key("min");
+        json.Number(variable.GetMinimum());
+        json.Key("max");
+        json.Number(variable.GetMaximum());
+        json.EndObject();
+    }
+    const auto item = [&json](const double* number, const std::string& text,
+                              const std::string* label) {
+        json.BeginObject();
+        json.Key("value");
+        number ? json.Number(*number) : json.String(text);
+        if (label) {
+            json.Key("label");
+            json.String(*label);
+        }
+        json.EndObject();
+    };
+    json.Key("values");
+    json.BeginArray();
+    ForEachValue(variable, item);
+    json.EndArray();
+    json.Key("missing");
+    json.BeginArray();
+    ForEachMissing(variable, item);
+    json.EndArray();
+    json.Key("invalidRange");
+    if (encoder.HasMissingRange()) {
+        json.BeginObject();
+        json.Key("lower");
+        json.Number(encoder.GetMissingRangeLower());
+        json.Key("upper");
+        json.Number(encoder.GetMissingRangeUpper());
+        json.EndObject();
+    } else {
+        json.Null();
+    }
+    if (!variable.GetCutPoints().empty() || !encoder.GetBinLabels().empty()) {
+        json.Key("bins");
+        json.BeginObject();
+        json.Key("cutPoints");
+        json.BeginArray();
+        for (double cut : variable.GetCutPoints())
+            json.Number(cut);
+        json.EndArray();
+        json.Key("labels");
+        json.BeginArray();
+        for (const std::string& label : encoder.GetBinLabels())
+            json.String(label);
+        json.EndArray();
+        json.EndObject();
+    }
+    json.EndObject();
 }
 
 std::string AttributeText(const DOMElement& element, const char* name)
@@ -438,51 +638,6 @@ Json ParametersJson(ZRSettingsParser& reader, const DOMElement& scope, void* con
     return parameters;
 }
 
-const DOMElement* ParametersElement(const DOMElement* root)
-{
-    const DOMElement* task =
-        root ? ZRXPrsUtil::GetFirstChildElmt(*root, "MiningBuildTask") : nullptr;
-    const DOMElement* extension =
-        task ? ZRXPrsUtil::GetFirstChildElmt(*task, "Extension") : nullptr;
-    return extension ? ZRXPrsUtil::GetFirstChildElmt(*extension, "Parameters") : nullptr;
-}
-
-// The tag of the document element as written, found by a light scan past the
-// prolog; empty if there is none to be seen. Only chooses the reader: the
-// reader itself checks the document.
-std::string RootTag(const std::string& text)
-{
-    std::size_t at = 0;
-    while ((at = text.find('<', at)) != std::string::npos) {
-        if (text.compare(at, 4, "<!--") == 0) {
-            const std::size_t end = text.find("-->", at + 4);
-            if (end == std::string::npos)
-                return std::string();
-            at = end + 3;
-        } else if (text.compare(at, 2, "<?") == 0 || text.compare(at, 2, "<!") == 0) {
-            // Declarations and processing instructions; a DOCTYPE's internal
-            // subset ends with "]>".
-            const std::size_t bracket = text.find('[', at);
-            const std::size_t close = text.find('>', at);
-            if (close == std::string::npos)
-                return std::string();
-            if (text.compare(at, 9, "<!DOCTYPE") == 0 && bracket != std::string::npos &&
-                bracket < close) {
-                const std::size_t end = text.find("]>", bracket);
-                if (end == std::string::npos)
-                    return std::string();
-                at = end + 2;
-            } else {
-                at = close + 1;
-            }
-        } else {
-            const std::size_t end = text.find_first_of(" \t\r\n/>", at + 1);
-            return text.substr(at + 1, end == std::string::npos ? std::string::npos : end - at - 1);
-        }
-    }
-    return std::string();
-}
-
 // ---------------------------------------------------------------- text form
 
 std::size_t Width(const std::string& text)
@@ -493,25 +648,35 @@ std::size_t Width(const std::string& text)
     return chars;
 }
 
+void Widen(std::vector<std::size_t>& widths, const std::vector<std::string>& row)
+{
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        if (widths.size() <= i)
+            widths.push_back(0);
+        widths[i] = std::max(widths[i], Width(row[i]));
+    }
+}
+
+void PrintRow(const std::vector<std::string>& row, const std::vector<std::size_t>& widths,
+              std::ostream& out)
+{
+    std::string line = "  ";
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        line += row[i];
+        if (i + 1 < row.size())
+            line += std::string(widths[i] - Width(row[i]) + 2, ' ');
+    }
+    line.erase(line.find_last_not_of(' ') + 1);
+    out << line << "\n";
+}
+
 void PrintTable(const std::vector<std::vector<std::string>>& rows, std::ostream& out)
 {
     std::vector<std::size_t> widths;
     for (const auto& row : rows)
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            if (widths.size() <= i)
-                widths.push_back(0);
-            widths[i] = std::max(widths[i], Width(row[i]));
-        }
-    for (const auto& row : rows) {
-        std::string line = "  ";
-        for (std::size_t i = 0; i < row.size(); ++i) {
-            line += row[i];
-            if (i + 1 < row.size())
-                line += std::string(widths[i] - Width(row[i]) + 2, ' ');
-        }
-        line.erase(line.find_last_not_of(' ') + 1);
-        out << line << "\n";
-    }
+        Widen(widths, row);
+    for (const auto& row : rows)
+        PrintRow(row, widths, out);
 }
 
 std::string Text(const Json& value)
@@ -535,50 +700,82 @@ std::string Text(const Json& value)
     return value.dump();
 }
 
-std::string Bound(const Json& value, const char* open)
-{
-    return value.is_null() ? std::string(open) : Text(value);
-}
-
 // At most this many values or missing values in one table cell.
 constexpr std::size_t kCellItems = 8;
 
-std::string ValuesCell(const Json& items)
+// A shown number as text: "*" for an open end (`open`), "NaN" for the
+// missing value.
+std::string NumberCell(double value, const char* open)
 {
-    std::string text;
-    std::size_t shown = 0;
-    for (const Json& item : items) {
-        if (shown == kCellItems) {
-            text += ", ... (" + std::to_string(items.size()) + ")";
-            break;
-        }
-        const Json& value = item["value"];
-        text += shown++ == 0 ? "" : ", ";
-        text += value.is_null() ? "NaN" : value == "" ? "\"\"" : Text(value);
-        if (item.contains("label") && !item["label"].get<std::string>().empty())
-            text += "=" + item["label"].get<std::string>();
-    }
-    return text;
+    return IsShownNumber(value) ? NumberText(value) : open;
 }
 
-void PrintFields(const Json& fields, std::ostream& out)
-{
-    std::vector<std::vector<std::string>> rows = {
-        {"name", "label", "kind", "storage", "role", "range", "values", "missing"}};
-    for (const Json& field : fields) {
-        std::string range;
-        if (field.contains("range"))
-            range = "[" + Bound(field["range"]["min"], "*") + ", " +
-                    Bound(field["range"]["max"], "*") + "]";
-        std::string missing = ValuesCell(field["missing"]);
-        if (!field["invalidRange"].is_null())
-            missing += (missing.empty() ? "" : "; ") + std::string("invalid [") +
-                       Bound(field["invalidRange"]["lower"], "*") + ", " +
-                       Bound(field["invalidRange"]["upper"], "*") + "]";
-        rows.push_back({field["name"], field["label"], field["kind"], Text(field["storage"]),
-                        field["role"], range, ValuesCell(field["values"]), missing});
+// At most kCellItems values or missing values, as "value=label".
+class ValuesCell {
+public:
+    void operator()(const double* number, const std::string& text, const std::string* label)
+    {
+        ++m_count;
+        if (m_shown == kCellItems)
+            return;
+        m_text += m_shown++ == 0 ? "" : ", ";
+        m_text += number ? NumberCell(*number, "NaN") : text.empty() ? "\"\"" : text;
+        if (label && !label->empty())
+            m_text += "=" + *label;
     }
-    PrintTable(rows, out);
+    std::string Text() const
+    {
+        return m_count > m_shown ? m_text + ", ... (" + std::to_string(m_count) + ")" : m_text;
+    }
+
+private:
+    std::string m_text;
+    std::size_t m_shown = 0;
+    std::size_t m_count = 0;
+};
+
+std::vector<std::string> FieldRow(const IZRVariable& variable)
+{
+    const IZREncoder& encoder = *variable.GetEncoder();
+    std::string range;
+    if (variable.GetVarType() == IZRVariable::eContinuous)
+        range = "[" + NumberCell(variable.GetMinimum(), "*") + ", " +
+                NumberCell(variable.GetMaximum(), "*") + "]";
+    ValuesCell values;
+    ForEachValue(variable, std::ref(values));
+    ValuesCell missingValues;
+    ForEachMissing(variable, std::ref(missingValues));
+    std::string missing = missingValues.Text();
+    if (encoder.HasMissingRange())
+        missing += (missing.empty() ? "" : "; ") + std::string("invalid [") +
+                   NumberCell(encoder.GetMissingRangeLower(), "*") + ", " +
+                   NumberCell(encoder.GetMissingRangeUpper(), "*") + "]";
+    return {variable.GetName(),
+            variable.GetLabel(),
+            KindName(variable.GetVarType()),
+            Text(StorageJson(variable.GetValueFormat())),
+            RoleName(variable.GetRole()),
+            range,
+            values.Text(),
+            missing};
+}
+
+// The variables from `from` to `to` as one table, straight from the list:
+// one pass for the widths of the columns, one to print.
+void PrintFields(const ZRMTD_NAMESPACE::ZRVarList& list, std::size_t from, std::size_t to,
+                 std::ostream& out)
+{
+    const std::vector<std::string> head = {"name", "label", "kind",   "storage",
+                                           "role", "range", "values", "missing"};
+    std::vector<std::size_t> widths;
+    Widen(widths, head);
+    for (std::size_t i = from; i < to; ++i)
+        if (const IZRVariable* variable = list.GetVarAt(static_cast<int>(i)))
+            Widen(widths, FieldRow(*variable));
+    PrintRow(head, widths, out);
+    for (std::size_t i = from; i < to; ++i)
+        if (const IZRVariable* variable = list.GetVarAt(static_cast<int>(i)))
+            PrintRow(FieldRow(*variable), widths, out);
 }
 
 void PrintModels(const Json& models, std::ostream& out)
@@ -643,34 +840,144 @@ void PrintParameters(const Json& parameters, const std::string& indent, std::ost
     }
 }
 
-void PrintText(const Json& doc, std::ostream& out)
+void PrintRoles(const Json& roles, std::ostream& out)
 {
-    out << doc["file"].get<std::string>() << ": " << doc["kind"].get<std::string>();
-    if (doc.contains("version"))
-        out << " " << Text(doc["version"]);
-    out << ", " << doc["fields"].size() << " fields";
-    if (doc.contains("derivedFields"))
-        out << ", " << doc["derivedFields"].size() << " derived fields";
-    out << "\n";
-    PrintFields(doc["fields"], out);
-    if (doc.contains("derivedFields") && !doc["derivedFields"].empty()) {
-        out << "derived fields\n";
-        PrintFields(doc["derivedFields"], out);
-    }
-    if (doc.contains("models"))
-        PrintModels(doc["models"], out);
-    if (doc.contains("roles")) {
-        out << "roles\n";
-        std::vector<std::vector<std::string>> rows;
-        for (const auto& [key, value] : doc["roles"].items())
-            rows.push_back({key, Text(value)});
-        PrintTable(rows, out);
-    }
-    if (doc.contains("parameters")) {
-        out << "parameters\n";
-        PrintParameters(doc["parameters"], "  ", out);
-    }
+    out << "roles\n";
+    std::vector<std::vector<std::string>> rows;
+    for (const auto& [key, value] : roles.items())
+        rows.push_back({key, Text(value)});
+    PrintTable(rows, out);
 }
+
+// The JSON form, written member by member as nlohmann's dump(2) lays out the
+// whole document: a member's value is dumped alone and indented to its
+// place (a dumped text holds no line break but those of its layout).
+class JsonOutput {
+public:
+    explicit JsonOutput(std::ostream& out) : m_out(out) { m_out << "{"; }
+    void Member(const char* key, const Json& value)
+    {
+        Key(key);
+        Write(value, "\n  ");
+    }
+    void BeginArray(const char* key)
+    {
+        Key(key);
+        m_out << "[";
+        m_items = 0;
+    }
+    // An item written already in its place's layout.
+    void Item(const std::string& text) { m_out << (m_items++ > 0 ? ",\n    " : "\n    ") << text; }
+    void EndArray() { m_out << (m_items > 0 ? "\n  ]" : "]"); }
+    void End() { m_out << "\n}\n"; }
+
+private:
+    void Key(const char* key)
+    {
+        m_out << (m_members++ > 0 ? ",\n  \"" : "\n  \"") << key << "\": ";
+    }
+    void Write(const Json& value, const char* lineStart)
+    {
+        const std::string text = value.dump(2, ' ', false, Json::error_handler_t::replace);
+        std::size_t from = 0;
+        for (std::size_t at = text.find('\n'); at != std::string::npos;
+             from = at + 1, at = text.find('\n', from))
+            m_out.write(text.data() + from, static_cast<std::streamsize>(at - from)) << lineStart;
+        m_out.write(text.data() + from, static_cast<std::streamsize>(text.size() - from));
+    }
+
+    std::ostream& m_out;
+    std::size_t m_members = 0;
+    std::size_t m_items = 0;
+};
+
+// What one reading shows, in either form, part by part.
+class Report {
+public:
+    Report(const InspectOptions& options, std::ostream& out) : m_options(options), m_out(out) {}
+    ~Report() = default;
+    Report(const Report&) = delete;
+    Report& operator=(const Report&) = delete;
+
+    // The opening: the file, the kind, the PMML version (null: none given,
+    // absent: not PMML), and the numbers of fields (derived: -1 for none).
+    void Begin(const char* kind, const Json* version, std::size_t fields, long derived)
+    {
+        if (m_options.json) {
+            m_json.reset(new JsonOutput(m_out));
+            m_json->Member("file", m_options.file);
+            m_json->Member("kind", kind);
+            if (version)
+                m_json->Member("version", *version);
+            return;
+        }
+        m_out << m_options.file << ": " << kind;
+        if (version)
+            m_out << " " << Text(*version);
+        m_out << ", " << fields << " fields";
+        if (derived >= 0)
+            m_out << ", " << derived << " derived fields";
+        m_out << "\n";
+    }
+    void Fields(const char* key, const ZRMTD_NAMESPACE::ZRVarList& list, std::size_t from,
+                std::size_t to)
+    {
+        if (m_json) {
+            m_json->BeginArray(key);
+            std::string text;
+            for (std::size_t i = from; i < to; ++i)
+                if (const IZRVariable* variable = list.GetVarAt(static_cast<int>(i))) {
+                    JsonText json(text, 4);
+                    WriteField(json, *variable);
+                    m_json->Item(text);
+                    text.clear();
+                }
+            m_json->EndArray();
+            return;
+        }
+        const bool derived = std::string(key) == "derivedFields";
+        if (derived && from == to)
+            return;
+        if (derived)
+            m_out << "derived fields\n";
+        PrintFields(list, from, to, m_out);
+    }
+    void Models(const Json& models)
+    {
+        if (m_json)
+            m_json->Member("models", models);
+        else
+            PrintModels(models, m_out);
+    }
+    void Roles(const Json& roles)
+    {
+        if (m_json)
+            m_json->Member("roles", roles);
+        else
+            PrintRoles(roles, m_out);
+    }
+    void Parameters(const Json& parameters)
+    {
+        if (m_json) {
+            m_json->Member("parameters", parameters);
+            return;
+        }
+        m_out << "parameters\n";
+        PrintParameters(parameters, "  ", m_out);
+    }
+    void End(const Json& problems)
+    {
+        if (m_json) {
+            m_json->Member("problems", problems);
+            m_json->End();
+        }
+    }
+
+private:
+    const InspectOptions& m_options;
+    std::ostream& m_out;
+    std::unique_ptr<JsonOutput> m_json;
+};
 
 int Fail(const std::string& file, const ZRCommon::ZRStatus& status, const std::string& message)
 {
@@ -686,75 +993,96 @@ int Fail(const std::string& file, const ZRCommon::ZRStatus& status, const std::s
 
 int RunInspect(const InspectOptions& options)
 {
+    // A file is read by the readers as a stream; standard input is taken
+    // whole first, so that it can be read again after its document element.
     std::string text;
     std::string error;
-    if (!ReadInput(options.file, text, error)) {
-        std::cerr << "zrx inspect: " << options.file << ": " << error << "\n";
+    std::ifstream file;
+    std::istringstream piped;
+    std::istream* in = &piped;
+    std::error_code code;
+    if (options.file == "-") {
+        if (!ReadInput(options.file, text, error)) {
+            std::cerr << "zrx inspect: " << options.file << ": " << error << "\n";
+            return kExitFailed;
+        }
+        piped.str(text);
+    } else if (std::filesystem::is_directory(options.file, code)) {
+        std::cerr << "zrx inspect: " << options.file << ": is a folder\n";
         return kExitFailed;
+    } else {
+        file.open(options.file, std::ios::binary);
+        if (!file) {
+            std::cerr << "zrx inspect: " << options.file << ": can't open\n";
+            return kExitFailed;
+        }
+        in = &file;
     }
+    std::string root;
+    ZRXPrsUtil::GetDocumentElementTag(*in, root);
+    in->clear();
+    in->seekg(0);
 
-    Json doc;
-    doc["file"] = options.file;
     Problems problems;
     ZRMTD_NAMESPACE::ZRVarList variables;
-    if (RootTag(text) == "DataModel") {
+    Report report(options, std::cout);
+    if (root == "DataModel") {
+        // The DataModel reader takes the document's text.
+        if (options.file != "-" && !ReadInput(options.file, text, error)) {
+            std::cerr << "zrx inspect: " << options.file << ": " << error << "\n";
+            return kExitFailed;
+        }
         ZRXPrsUtil::ZRDataModelParser reader;
+        reader.SetFieldsInDOM(false);
         ZRCommon::ZRStatus status = reader.ParseToDOM(text);
         if (!status.IsOK())
             return Fail(options.file, status, "");
-        doc["kind"] = "DataModel";
         status = reader.FillVarList(variables, false, false, 0);
         if (!status.IsOK())
             problems.Add("field " + std::to_string(variables.Size() + 1), status);
-        doc["fields"] = FieldsJson(variables, 0, variables.Size());
+        report.Begin("DataModel", nullptr, variables.Size(), -1);
+        report.Fields("fields", variables, 0, variables.Size());
     } else {
-        ZRXPrsUtil::ZRPMMLParser reader;
-        std::istringstream stream(text);
-        ZRCommon::ZRStatus status = reader.ParseToDOM(stream);
+        ZRSettingsParser reader;
+        reader.SetParametersRequired(false);
+        reader.SetFieldsInDOM(false);
+        reader.SetReadModelBodies(false);
+        ZRCommon::ZRStatus status = reader.ParseToDOM(*in);
         if (!status.IsOK())
             return Fail(options.file, status, reader.GetXercesMessage());
-        if (ParametersElement(reader.GetRootElement()) == nullptr) {
-            doc["kind"] = "PMML";
-            doc["version"] = AttributeJson(*reader.GetRootElement(), "version");
-            status = reader.FillVarList(variables, {}, false);
+        const Json version = AttributeJson(*reader.GetRootElement(), "version");
+        const DOMElement* parameters = reader.GetParametersElement();
+        if (parameters == nullptr) {
+            ZRXPrsUtil::ZRPMMLParser& pmml = reader;
+            status = pmml.FillVarList(variables, {}, false);
             if (!status.IsOK())
                 problems.Add("field " + std::to_string(variables.Size() + 1), status);
-            doc["fields"] = FieldsJson(variables, 0, variables.Size());
-            doc["models"] = ModelsJson(reader, problems);
+            report.Begin("PMML", &version, variables.Size(), -1);
+            report.Fields("fields", variables, 0, variables.Size());
+            report.Models(ModelsJson(reader, problems));
         } else {
-            ZRSettingsParser settings;
-            std::istringstream again(text);
-            status = settings.ParseToDOM(again);
-            if (!status.IsOK())
-                return Fail(options.file, status, settings.GetXercesMessage());
-            doc["kind"] = "settings";
-            doc["version"] = AttributeJson(*settings.GetRootElement(), "version");
-            status = settings.FillVarList(variables, false);
+            status = reader.FillVarList(variables, false);
             const std::size_t fields = variables.Size();
             if (!status.IsOK())
                 problems.Add("field " + std::to_string(fields + 1), status);
-            else if (!(status = settings.FillTransDict(variables)).IsOK())
+            else if (!(status = reader.FillTransDict(variables)).IsOK())
                 problems.Add("derived field " + std::to_string(variables.Size() - fields + 1),
                              status);
-            doc["fields"] = FieldsJson(variables, 0, fields);
-            doc["derivedFields"] = FieldsJson(variables, fields, variables.Size());
-            doc["roles"] = RolesJson(settings, problems);
-            doc["parameters"] = ParametersJson(
-                settings, *ParametersElement(settings.GetRootElement()), nullptr, "", problems);
+            report.Begin("settings", &version, fields,
+                         static_cast<long>(variables.Size() - fields));
+            report.Fields("fields", variables, 0, fields);
+            report.Fields("derivedFields", variables, fields, variables.Size());
+            report.Roles(RolesJson(reader, problems));
+            report.Parameters(ParametersJson(reader, *parameters, nullptr, "", problems));
         }
     }
-    doc["problems"] = problems.list;
-
-    if (options.json)
-        std::cout << doc.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
-    else
-        PrintText(doc, std::cout);
+    report.End(problems.list);
+    std::cout.flush();
     for (const Json& problem : problems.list)
         std::cerr << "zrx inspect: " << options.file << ": " << problem["where"].get<std::string>()
                   << ": status " << problem["status"].get<long>() << ": "
                   << problem["meaning"].get<std::string>() << "\n";
-    std::cout.flush();
-    return problems.list.empty() ? kExitOK : kExitFailed;
+    return kExitOK;
 }
 
 } // namespace zrx

@@ -15,7 +15,8 @@ namespace {
 
 const char* const kExitStatuses =
     "Exit status:\n"
-    "  0  success; validate: every file is valid\n"
+    "  0  success; inspect: the document was read, problems or not; validate:\n"
+    "     every file is valid\n"
     "  1  inspect: the document can't be read; validate: a file is invalid or\n"
     "     can't be read; combine: a model or the output was refused and nothing\n"
     "     was written\n"
@@ -46,8 +47,9 @@ int main(int argc, char** argv)
         "those of the models directly under PMML. Status codes and their meaning go to\n"
         "standard error.\n\n"
         "Exit status:\n"
-        "  0  the document was read\n"
-        "  1  it can't be read, or a part of it was refused (the rest is shown)\n"
+        "  0  the document was read; the parts the reader refused, if any, are listed\n"
+        "     under problems and on standard error\n"
+        "  1  it can't be read\n"
         "  2  bad arguments\n");
 
     zrx::ValidateOptions validate;

@@ -162,6 +162,21 @@ private:
     std::istream& m_stream;
 };
 
+// The tag of the document element of the document that `stream` holds, as
+// written (a prefix included), in UTF-8. The XML library reads the prolog
+// (the XML declaration, comments, processing instructions, a DOCTYPE and its
+// internal subset) and the element's start tag with the readers' settings
+// (no external entity is resolved, no external DTD loaded), and nothing
+// after it; no DOM is built. False, with `tag` empty, when it can't read that
+// far: bytes that are not well-formed before it, an encoding it doesn't
+// know, an external entity in use, no element at all. It lets a caller
+// choose the reader of a document without parsing the document for it. The
+// XML library reads ahead in blocks, so the stream is left past the start
+// tag by an amount that is not told: rewind it, or open it again, before the
+// document is parsed. Takes its own share of the XML library's start, so no
+// reader object need exist.
+ZRXPRS_API bool GetDocumentElementTag(std::istream& stream, std::string& tag);
+
 } // namespace ZRXPrsUtil
 
 #endif
