@@ -5,8 +5,7 @@
 namespace ZRXPrsUtil {
 
 ZRXDOMParser::ZRXDOMParser()
-    : xercesc::XercesDOMParser(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager, nullptr),
-      m_depth(0), m_tooDeep(false)
+    : xercesc::XercesDOMParser(nullptr, &memory, nullptr), m_depth(0), m_tooDeep(false)
 {
     security.setEntityExpansionLimit(xercesc::SecurityManager::ENTITY_EXPANSION_LIMIT);
     setDisableDefaultEntityResolution(true);

@@ -3,6 +3,8 @@
 #ifndef ZRPARSEXMLR_ZRXDOMPARSER_H
 #define ZRPARSEXMLR_ZRXDOMPARSER_H
 
+#include "ZRXOwnedMemory.h"
+
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
@@ -15,6 +17,12 @@ namespace Detail {
 // points at a dead security manager.
 struct ZRXSecurityHolder {
     xercesc::SecurityManager security;
+};
+
+// Holds the memory of a parser and its documents (ZRXOwnedMemory.h), built
+// first and destroyed last, for the same reason.
+struct ZRXMemoryHolder {
+    ZRXOwnedMemory memory;
 };
 
 } // namespace Detail
@@ -45,7 +53,9 @@ struct ZRXSecurityHolder {
 // they build. One that leaves an element out whole (its start, everything in
 // it and its end: ZRPMMLDOMParser) passes none of its events on, and the
 // count and the limit are of the elements built.
-class ZRXDOMParser : private Detail::ZRXSecurityHolder, public xercesc::XercesDOMParser {
+class ZRXDOMParser : private Detail::ZRXMemoryHolder,
+                     private Detail::ZRXSecurityHolder,
+                     public xercesc::XercesDOMParser {
 public:
     static const XMLSize_t kMaxDepth = 2000;
 
