@@ -45,15 +45,17 @@ ZRDataModelParserImp::~ZRDataModelParserImp()
 }
 
 ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
-{
+try {
     document = nullptr;
     rootElement = nullptr;
     fieldsElement = nullptr;
     if (!parser)
         return status;
+    if (!RenewSpentParser(parser, NewDOMParser))
+        return status = ZRStatus(ZRCommon::eCannotStart, false);
 
     std::istringstream stream(text);
-    ZRXInputSource source(stream);
+    ZRXInputSource source(stream, ParserMemory(*parser));
     std::string message;
     status = ParseWithParser(*parser, &source, nullptr, message);
     if (status.IsOK()) {
@@ -77,12 +79,17 @@ ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
         parser->resetDocumentPool();
     }
     return status;
+} catch (...) {
+    document = nullptr;
+    rootElement = nullptr;
+    fieldsElement = nullptr;
+    return status = ZRStatus(ZRCommon::eCannotParse, false);
 }
 
 ZRStatus ZRDataModelParserImp::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
                                            bool alternateInputRole, bool useBins,
                                            int binCount) const
-{
+try {
     if (!status.IsOK())
         return status;
     if (!document)
@@ -92,6 +99,8 @@ ZRStatus ZRDataModelParserImp::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
     options.useBins = useBins && binCount > 1;
     options.binCount = options.useBins ? binCount : -1;
     return ReadFieldDictionary(varList, *fieldsElement, "Field", kDataModelFieldRules, options);
+} catch (...) {
+    return ZRStatus(ZRCommon::eOutOfMemory, false);
 }
 
 } // namespace ZRXPrsUtil

@@ -69,16 +69,18 @@ ZRPMMLParser::~ZRPMMLParser()
 }
 
 ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream)
-{
+try {
     xercesMessage.clear();
     document = nullptr;
     rootElement = dataDictionary = transDictionary = modelElement = nullptr;
     if (!parser)
         return status;
+    if (!RenewSpentParser(parser, [] { return new ZRPMMLDOMParser(); }))
+        return status = PMMLFailure(ZRCommon::eCannotStart);
     if (auto* pmmlParser = dynamic_cast<ZRPMMLDOMParser*>(parser))
         pmmlParser->SetReadModelBodies(readModelBodies);
     try {
-        ZRXInputSource source(stream);
+        ZRXInputSource source(stream, ParserMemory(*parser));
         status = ParseWithParser(*parser, &source, nullptr, xercesMessage);
     } catch (...) {
         status = PMMLFailure(ZRCommon::eCannotParse);
@@ -107,6 +109,10 @@ ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream)
         rootElement = dataDictionary = transDictionary = modelElement = nullptr;
     }
     return status;
+} catch (...) {
+    document = nullptr;
+    rootElement = dataDictionary = transDictionary = modelElement = nullptr;
+    return status = PMMLFailure(ZRCommon::eCannotParse);
 }
 
 ZRStatus ZRPMMLParser::GetStatus() const
@@ -116,7 +122,11 @@ ZRStatus ZRPMMLParser::GetStatus() const
 
 std::string ZRPMMLParser::GetXercesMessage() const
 {
-    return xercesMessage;
+    try {
+        return xercesMessage;
+    } catch (...) {
+        return std::string();
+    }
 }
 
 const DOMElement* ZRPMMLParser::GetRootElement() const
@@ -144,7 +154,7 @@ bool ZRPMMLParser::SetModelElmt(const DOMElement& model)
 
 ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::string>& wantedFields,
                                    bool useBins) const
-{
+try {
     ZRStatus result = status;
     if (result.IsOK() && !document)
         result = PMMLFailure(ZRCommon::eNoDocument);
@@ -160,6 +170,8 @@ ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::st
     options.wanted = wanted.get();
     options.bins = useBins ? &bins : nullptr;
     return ReadFieldDictionary(varList, *dataDictionary, "DataField", kPMMLDataFieldRules, options);
+} catch (...) {
+    return PMMLFailure(ZRCommon::eOutOfMemory);
 }
 
 bool ZRPMMLParser::SetBinsFrTransDict(const std::string& fieldName, std::vector<double>& cutPoints,

@@ -14,7 +14,7 @@ namespace ZRXPrsUtil {
 
 ZRCommon::ZRStatus ZRSettingsParser::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
                                                  bool useBins) const
-{
+try {
     ZRCommon::ZRStatus result = status;
     if (result.IsOK() && document == nullptr)
         result = Settings::Fail(ZRCommon::eNoDocument);
@@ -28,10 +28,12 @@ ZRCommon::ZRStatus ZRSettingsParser::FillVarList(ZRMTD_NAMESPACE::ZRVarList& var
     options.bins = useBins ? &bins : nullptr;
     return ReadFieldDictionary(varList, *dataDictionary, "DataField", kSettingsDataFieldRules,
                                options);
+} catch (...) {
+    return Settings::Fail(ZRCommon::eOutOfMemory);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::FillTransDict(ZRMTD_NAMESPACE::ZRVarList& varList) const
-{
+try {
     ZRCommon::ZRStatus result = status;
     if (result.IsOK() && document == nullptr)
         result = Settings::Fail(ZRCommon::eNoDocument);
@@ -39,6 +41,8 @@ ZRCommon::ZRStatus ZRSettingsParser::FillTransDict(ZRMTD_NAMESPACE::ZRVarList& v
         return result;
     return ReadFieldDictionary(varList, *transDictionary, "DerivedField",
                                kSettingsDerivedFieldRules, DictionaryOptions());
+} catch (...) {
+    return Settings::Fail(ZRCommon::eOutOfMemory);
 }
 
 } // namespace ZRXPrsUtil

@@ -58,7 +58,7 @@ ZRSettingsParser::ZRSettingsParser() : ZRPMMLParser(), parametersElement(nullptr
 ZRSettingsParser::~ZRSettingsParser() = default;
 
 ZRCommon::ZRStatus ZRSettingsParser::ParseToDOM(std::istream& stream)
-{
+try {
     parametersElement = nullptr;
     ZRPMMLParser::ParseToDOM(stream);
     if (status.IsOK() && rootElement != nullptr) {
@@ -73,6 +73,11 @@ ZRCommon::ZRStatus ZRSettingsParser::ParseToDOM(std::istream& stream)
     if (!status.IsOK())
         parametersElement = nullptr;
     return status;
+} catch (...) {
+    parametersElement = nullptr;
+    document = nullptr;
+    rootElement = dataDictionary = transDictionary = modelElement = nullptr;
+    return status = Settings::Fail(ZRCommon::eCannotParse);
 }
 
 } // namespace ZRXPrsUtil
