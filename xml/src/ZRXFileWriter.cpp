@@ -96,6 +96,10 @@ ZRXFileWriter::ZRXFileWriter(const std::string& path)
 {
     // Everything that allocates comes before any file is made.
     m_pending.reserve(kBlock);
+    if (path.empty()) {
+        m_error = ENOENT;
+        return;
+    }
     m_target = FollowLinks(path);
     if (m_target.empty()) {
         m_error = ELOOP;
@@ -105,6 +109,11 @@ ZRXFileWriter::ZRXFileWriter(const std::string& path)
     const bool exists = stat(m_target.c_str(), &info) == 0;
     if (exists && S_ISDIR(info.st_mode)) {
         m_error = EISDIR;
+        return;
+    }
+    // A file that the process may not write is not replaced either.
+    if (exists && access(m_target.c_str(), W_OK) != 0) {
+        m_error = errno;
         return;
     }
     if (exists && !S_ISREG(info.st_mode)) {
@@ -214,8 +223,7 @@ bool ZRXFileWriter::Commit()
     if (close(m_fd) != 0)
         Fail(errno);
     m_fd = -1;
-    if (m_error == 0 && !m_temporary.empty() &&
-        rename(m_temporary.c_str(), m_target.c_str()) != 0)
+    if (m_error == 0 && !m_temporary.empty() && rename(m_temporary.c_str(), m_target.c_str()) != 0)
         Fail(errno);
     if (m_error != 0) {
         Discard();

@@ -9,6 +9,8 @@
 // file size limit, a failed allocation, an interruption) leaves the file that
 // was there exactly as it was, and the temporary file is removed.
 //
+//  - An existing target that the process may not write is refused, as
+//    before: replacing it would need only the folder's permission.
 //  - An existing target keeps its permission bits (and, where the process may
 //    set them, its owner and group); a new one gets 0666 less the umask, as
 //    a file made by fopen.
