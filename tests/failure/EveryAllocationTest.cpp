@@ -117,15 +117,12 @@ template <class T>
 Call ParseCall(T& reader, const std::string& path, std::vector<long> failure)
 {
     return {[&reader, path] {
-                std::ifstream* in;
+                std::unique_ptr<std::ifstream> in;
                 {
                     Uncounted own;
-                    in = new std::ifstream(path, std::ios::binary);
+                    in = std::make_unique<std::ifstream>(path, std::ios::binary);
                 }
-                const long code = Code(reader.ParseToDOM(*in));
-                Uncounted own;
-                delete in;
-                return code;
+                return Code(reader.ParseToDOM(*in));
             },
             failure};
 }
@@ -172,7 +169,8 @@ std::unique_ptr<Case> PMMLStatistics()
     auto c = std::make_unique<Case>();
     auto& text = Hold(*c, new std::string());
     const std::pair<const char*, const char16_t*> models[] = {
-        {"pmml/stats_intervals.pmml", u"ClusteringModel"}, {"pmml/stats_faults.pmml", u"TreeModel"}};
+        {"pmml/stats_intervals.pmml", u"ClusteringModel"},
+        {"pmml/stats_faults.pmml", u"TreeModel"}};
     for (const auto& model : models) {
         auto& reader = Parsed<pmmltest::Parser>(*c, Data(model.first));
         auto& position = Hold(*c, new const xercesc::DOMElement*(nullptr));
@@ -185,9 +183,8 @@ std::unique_ptr<Case> PMMLStatistics()
                                         return code;
                                     Uncounted own;
                                     if (position)
-                                        text += std::to_string(code) + " " +
-                                                stats.GetFieldName() + " " +
-                                                std::to_string(stats.GetTotalFreq()) + "\n";
+                                        text += std::to_string(code) + " " + stats.GetFieldName() +
+                                                " " + std::to_string(stats.GetTotalFreq()) + "\n";
                                 } while (position);
                                 return 0L;
                             },
@@ -313,10 +310,8 @@ std::unique_ptr<Case> Combiner()
                      return 0L;
                  },
                  {}},
-                {[&combiner, a, north] { return Code(combiner->AddModel(a, north)); },
-                 kParse},
-                {[&combiner, b, south] { return Code(combiner->AddModel(b, south)); },
-                 kParse},
+                {[&combiner, a, north] { return Code(combiner->AddModel(a, north)); }, kParse},
+                {[&combiner, b, south] { return Code(combiner->AddModel(b, south)); }, kParse},
                 {[&combiner, out] { return Code(combiner->ExportMiningModel(out)); },
                  {ZRCommon::eCannotWrite}}};
     c->result = [out] { return zrxtest::ReadFile(out); };
@@ -355,6 +350,7 @@ std::unique_ptr<Case> Encoding()
              std::string back;
              int code = M::VORKMBU8ToU16(wide, name);
              code = code != 0 ? code : M::VORKMBU16ToCodePage(nullptr, back, wide);
+             code = code != 0 ? code : M::VORKMBGenericToU16(wide, back);
              Uncounted own;
              if (code == 0)
                  text += back;
@@ -393,8 +389,8 @@ std::unique_ptr<Case> FirstReader()
                      io.emplace();
                      return Code(io->ParseToDOM(path));
                  },
-                 {ZRCommon::eCannotStart, ZRCommon::eCannotParse}}};
-    c->result = [&] { return std::string(); };
+                 kParse}};
+    c->result = [] { return std::string(); };
     return c;
 }
 
@@ -403,10 +399,10 @@ const Row kRows[] = {
     {"PMMLBins", PMMLBins},
     {"PMMLStatistics", PMMLStatistics},
     {"DataModel", DataModel},
-    {"SettingsFields", SettingsFields, 2},
+    {"SettingsFields", SettingsFields, 4},
     {"SettingsQueries", SettingsQueries},
-    {"ReadWrite", ReadWrite, 2},
-    {"Combiner", Combiner, 2},
+    {"ReadWrite", ReadWrite, 3},
+    {"Combiner", Combiner, 4},
     {"Encoding", Encoding},
     {"FirstReader", FirstReader, 4, true},
 };

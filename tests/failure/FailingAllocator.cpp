@@ -115,6 +115,8 @@ Uncounted::~Uncounted()
 
 } // namespace failtest
 
+// Every form of operator new and delete is replaced: a sanitizer's runtime
+// has its own forms, and a block must be freed by the form that made it.
 using failtest::Free;
 using failtest::Throwing;
 

@@ -2,7 +2,8 @@
 // (through which the XML library's memory manager allocates too) and hands
 // ICU allocation functions of its own, so that the k-th allocation of either
 // kind on this thread fails: operator new throws std::bad_alloc, ICU gets
-// null and reports U_MEMORY_ALLOCATION_ERROR.
+// null and reports U_MEMORY_ALLOCATION_ERROR. FAILTEST_TRAP=k in the
+// environment stops at the k-th allocation (in a debugger) when it fails.
 #ifndef ZRX_TESTS_FAILINGALLOCATOR_H
 #define ZRX_TESTS_FAILINGALLOCATOR_H
 
