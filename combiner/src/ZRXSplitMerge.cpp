@@ -129,12 +129,17 @@ void ZRXSplitPMMLCombiner::UpdateDataDict(const xercesc::DOMElement* modelDict,
         const Texts& values = fieldValues[p];
         for (; index.indexed < values.size(); ++index.indexed)
             index.texts.insert(values[index.indexed]);
+        bool marked = false;
         for (std::size_t j = 0; j < texts.size(); ++j) {
-            if (index.texts.find(texts[j]) == index.texts.end())
-                InsertValueOfDataField(valueNodes[j], fieldNodes[p], fieldValues[p]);
+            if (index.texts.find(texts[j]) != index.texts.end())
+                continue;
+            if (!marked)
+                MarkField(p);
+            marked = true;
+            InsertValueOfDataField(valueNodes[j], fieldNodes[p], fieldValues[p]);
         }
     }
-    UpdateNumOfDataFields(dictionary, static_cast<int>(fieldNames.size()));
+    // numberOfFields is set by the export.
 }
 
 // ------------------------------------------------------------- mining schema

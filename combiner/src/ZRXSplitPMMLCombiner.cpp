@@ -5,6 +5,7 @@
 #include <zrparsexmlr/ZRXMLReadWrite.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
+#include "ZRXOwnedMemory.h"
 #include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 #include "ZRXSplitInternal.h"
@@ -135,8 +136,26 @@ ZRXSplitPMMLCombiner::ZRXSplitPMMLCombiner(const ZRMTD_NAMESPACE::ZRVarList& spl
       miningSchema(nullptr), segmentation(nullptr), holdsXMLLibrary(false), strictPMML(false),
       strictOutput(false), transDictionary(nullptr), dataFieldsEnd(nullptr)
 {
-    InitStandardPMMLModels();
-    InitSplitVarMetadata(splitVars);
+    ReadSplitVariables();
+}
+
+bool ZRXSplitPMMLCombiner::ReadSplitVariables()
+{
+    try {
+        InitStandardPMMLModels();
+        InitSplitVarMetadata(varList);
+        return true;
+    } catch (...) {
+        // Memory ran out: the lists stay empty, and the next AddModel tries
+        // again (an empty list of standard models tells).
+        standardModels.clear();
+        splitVarNames.clear();
+        splitVarLabels.clear();
+        splitVarOptypes.clear();
+        splitVarDataTypes.clear();
+        splitVarValues.clear();
+        return false;
+    }
 }
 
 ZRXSplitPMMLCombiner::~ZRXSplitPMMLCombiner()
@@ -157,10 +176,12 @@ void ZRXSplitPMMLCombiner::InitStandardPMMLModels()
 
 ZRStatus ZRXSplitPMMLCombiner::AddModel(const std::string& path,
                                         const std::vector<std::string>& values)
-{
+try {
     if (path.empty() || values.empty())
         return status;
     status = ZRStatus();
+    if (standardModels.empty() && !ReadSplitVariables())
+        return status = ZRStatus(ZRCommon::eCannotParse, false);
     if (varList.Size() != values.size()) {
         status = ZRStatus(ZRCommon::eSplitValuesDontMatch, false);
         return status;
@@ -170,16 +191,99 @@ ZRStatus ZRXSplitPMMLCombiner::AddModel(const std::string& path,
     if (!status.IsOK())
         return status;
     const bool first = document == nullptr;
+    const OutputMark mark = MarkOutput();
     try {
         status = ParseSplitModelXML(reader.GetDocument(), values);
     } catch (...) {
-        // The DOM refused an import or an append; the caller gets a status,
-        // and a first model that failed half-way leaves nothing behind.
+        // The DOM refused an import or an append, or memory ran out: the
+        // caller gets a status, and the output is as it was before the call
+        // (a first model leaves nothing behind).
         if (first)
             ReleaseDocument();
+        else
+            RollBack(mark);
         status = ZRStatus(ZRCommon::eCannotParse, false);
     }
+    touchedFields.clear();
     return status;
+} catch (...) {
+    // Memory ran out before the model was taken (reading the file).
+    return status = ZRStatus(ZRCommon::eCannotParse, false);
+}
+
+ZRXSplitPMMLCombiner::OutputMark ZRXSplitPMMLCombiner::MarkOutput() const
+{
+    OutputMark mark;
+    mark.fields = fieldNames.size();
+    mark.miningFields = miningFieldNames.size();
+    mark.models = modelCount;
+    mark.lastField = dataDictionary != nullptr ? dataDictionary->getLastChild() : nullptr;
+    mark.lastMiningField = miningSchema != nullptr ? miningSchema->getLastChild() : nullptr;
+    mark.lastSegment = segmentation != nullptr ? segmentation->getLastChild() : nullptr;
+    return mark;
+}
+
+void ZRXSplitPMMLCombiner::MarkField(std::size_t field)
+{
+    touchedFields.push_back({field, fieldValues[field].size(), fieldNodes[field]->getLastChild()});
+}
+
+namespace {
+
+// Takes every child after `last` (all of them if it is null) out of
+// `parent`. The nodes stay in the document's memory until it is released.
+void RemoveChildrenAfter(xercesc::DOMNode* parent, const xercesc::DOMNode* last)
+{
+    if (parent == nullptr)
+        return;
+    while (xercesc::DOMNode* child =
+               last != nullptr ? last->getNextSibling() : parent->getFirstChild())
+        parent->removeChild(child);
+}
+
+// Drops the names indexed at `position` or later.
+void ForgetFrom(std::unordered_map<std::string, std::size_t>& index, std::size_t position)
+{
+    for (auto at = index.begin(); at != index.end();)
+        at = at->second >= position ? index.erase(at) : std::next(at);
+}
+
+template <class List>
+void Shorten(List& list, std::size_t size)
+{
+    if (list.size() > size)
+        list.erase(list.begin() + static_cast<std::ptrdiff_t>(size), list.end());
+}
+
+} // namespace
+
+void ZRXSplitPMMLCombiner::RollBack(const OutputMark& mark)
+{
+    // Nothing here allocates: nodes are taken out of the tree and the lists
+    // only shrink, so the undo itself can't fail. The fields that gained
+    // Values are put back latest first, so a field marked twice ends as it
+    // was at its first mark; their value indexes are made anew when needed.
+    for (auto field = touchedFields.rbegin(); field != touchedFields.rend(); ++field) {
+        RemoveChildrenAfter(fieldNodes[field->field], field->lastChild);
+        Shorten(fieldValues[field->field], field->values);
+        if (field->field < fieldValueIndexes.size()) {
+            fieldValueIndexes[field->field].texts.clear();
+            fieldValueIndexes[field->field].indexed = 0;
+        }
+    }
+    touchedFields.clear();
+    RemoveChildrenAfter(dataDictionary, mark.lastField);
+    RemoveChildrenAfter(miningSchema, mark.lastMiningField);
+    RemoveChildrenAfter(segmentation, mark.lastSegment);
+    // A name is indexed before it is listed, so the index is searched whole.
+    ForgetFrom(fieldPositions, mark.fields);
+    ForgetFrom(miningFieldPositions, mark.miningFields);
+    Shorten(fieldNames, mark.fields);
+    Shorten(fieldNodes, mark.fields);
+    Shorten(fieldValues, mark.fields);
+    Shorten(fieldValueIndexes, mark.fields);
+    Shorten(miningFieldNames, mark.miningFields);
+    modelCount = mark.models;
 }
 
 ZRStatus ZRXSplitPMMLCombiner::ParseSplitModelXML(xercesc::DOMDocument* parsed, const Texts& values)
@@ -235,12 +339,16 @@ xercesc::DOMDocument* ZRXSplitPMMLCombiner::CreateEmptyMiningModel(bool& created
     if (!ZRXPlatform::Acquire())
         return nullptr;
     holdsXMLLibrary = true;
-    const std::vector<XMLCh> core = ToUTF16("Core");
-    xercesc::DOMImplementation* impl =
-        xercesc::DOMImplementationRegistry::getDOMImplementation(core.data());
+    // The XML library's one DOM implementation, which serves "Core", taken
+    // directly: asked for by feature name, the registry splits the name with
+    // a tokenizer that loses memory when an allocation in it fails.
+    xercesc::DOMImplementation* impl = xercesc::DOMImplementation::getImplementation();
+    // The document takes its memory from a manager of its own, freed after
+    // it (ZRXOwnedMemory.h): what the XML library loses on a failed
+    // allocation, in the document's constructor or in a merge, goes with it.
+    documentMemory.reset(new ZRXOwnedMemory());
     if (impl != nullptr)
-        document = impl->createDocument(nullptr, nullptr, nullptr,
-                                        xercesc::XMLPlatformUtils::fgMemoryManager);
+        document = impl->createDocument(nullptr, nullptr, nullptr, documentMemory.get());
     if (document == nullptr) {
         ReleaseDocument();
         return nullptr;
@@ -315,8 +423,18 @@ ZRStatus ZRXSplitPMMLCombiner::ExportMiningModel(const std::string& path)
 {
     if (document == nullptr)
         return status;
-    status = WriteDocToPMMLFile(document, path);
-    ReleaseDocument();
+    try {
+        // Set here rather than at each merge: the XML library's setAttribute
+        // drops the old value before it makes the new one, so a merge that
+        // failed there could not be undone.
+        UpdateNumOfDataFields(dataDictionary, static_cast<int>(fieldNames.size()));
+        status = WriteDocToPMMLFile(document, path);
+    } catch (...) {
+        status = ZRStatus(ZRCommon::eCannotWrite, false);
+    }
+    // A failed write keeps the merged document for another try.
+    if (status.IsOK())
+        ReleaseDocument();
     return status;
 }
 
@@ -334,6 +452,7 @@ void ZRXSplitPMMLCombiner::ReleaseDocument()
     if (document != nullptr)
         document->release();
     document = nullptr;
+    documentMemory.reset();
     // Every node pointer and list below spoke of the released document.
     functionName.clear();
     dataDictionary = nullptr;

@@ -3,9 +3,27 @@
 
 #include "ZRDataModelParserImp.h"
 
+#include <zrcommonr/ZRStatusCodes.h>
+
 namespace ZRXPrsUtil {
 
-ZRDataModelParser::ZRDataModelParser() : m_imp(new ZRDataModelParserImp()) {}
+namespace {
+
+// Null when memory runs out: the reader then answers 103 throughout.
+ZRDataModelParserImp* NewImp()
+{
+    try {
+        return new ZRDataModelParserImp();
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+const ZRCommon::ZRStatus kNotStarted(ZRCommon::eCannotStart, false);
+
+} // namespace
+
+ZRDataModelParser::ZRDataModelParser() : m_imp(NewImp()) {}
 
 ZRDataModelParser::~ZRDataModelParser()
 {
@@ -14,12 +32,12 @@ ZRDataModelParser::~ZRDataModelParser()
 
 ZRCommon::ZRStatus ZRDataModelParser::GetStatus() const
 {
-    return m_imp->GetStatus();
+    return m_imp ? m_imp->GetStatus() : kNotStarted;
 }
 
 ZRCommon::ZRStatus ZRDataModelParser::ParseToDOM(const std::string& text)
 {
-    return m_imp->ParseToDOM(text);
+    return m_imp ? m_imp->ParseToDOM(text) : kNotStarted;
 }
 
 void ZRDataModelParser::SetFieldsInDOM(bool fieldsInDOM)
@@ -36,7 +54,7 @@ ZRCommon::ZRStatus ZRDataModelParser::FillVarList(ZRMTD_NAMESPACE::ZRVarList& va
                                                   bool alternateInputRole, bool useBins,
                                                   int binCount) const
 {
-    return m_imp->FillVarList(varList, alternateInputRole, useBins, binCount);
+    return m_imp ? m_imp->FillVarList(varList, alternateInputRole, useBins, binCount) : kNotStarted;
 }
 
 } // namespace ZRXPrsUtil

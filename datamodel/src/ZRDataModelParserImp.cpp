@@ -13,9 +13,24 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include <memory>
+
 namespace ZRXPrsUtil {
 
 using ZRCommon::ZRStatus;
+
+namespace {
+
+// The library's DOM parser, set to record the Fields of a DataModel when they
+// are kept out of the DOM.
+ZRXDOMParser* NewDataModelParser()
+{
+    std::unique_ptr<ZRXDOMParser> parser(NewDOMParser());
+    parser->SetFieldRecording(kDataModelFieldRecording);
+    return parser.release();
+}
+
+} // namespace
 
 ZRDataModelParserImp::ZRDataModelParserImp()
     : status(), parser(nullptr), document(nullptr), rootElement(nullptr), fieldsElement(nullptr),
@@ -26,10 +41,8 @@ ZRDataModelParserImp::ZRDataModelParserImp()
         return;
     }
     try {
-        parser = NewDOMParser();
-        parser->SetFieldRecording(kDataModelFieldRecording);
+        parser = NewDataModelParser();
     } catch (...) {
-        delete parser;
         parser = nullptr;
     }
     if (!parser) {
@@ -47,18 +60,21 @@ ZRDataModelParserImp::~ZRDataModelParserImp()
 }
 
 ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
-{
+try {
     document = nullptr;
     rootElement = nullptr;
     fieldsElement = nullptr;
     if (!parser)
         return status;
+    if (!RenewSpentParser(parser, NewDataModelParser))
+        return status = ZRStatus(ZRCommon::eCannotStart, false);
 
     parser->SetFieldsInDOM(fieldsInDOM);
     // The parser reads the caller's text in place: a copy of a wide data
-    // set's text would double the memory that its reading takes.
+    // set's text would double the memory that its reading takes. The source
+    // allocates from the parser's own memory, as every source of a parse.
     const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(text.data()),
-                                            text.size(), "text", false);
+                                            text.size(), "text", false, ParserMemory(*parser));
     std::string message;
     status = ParseWithParser(*parser, &source, nullptr, message);
     if (status.IsOK()) {
@@ -83,12 +99,17 @@ ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)
         parser->SetFieldsInDOM(true);
     }
     return status;
+} catch (...) {
+    document = nullptr;
+    rootElement = nullptr;
+    fieldsElement = nullptr;
+    return status = ZRStatus(ZRCommon::eCannotParse, false);
 }
 
 ZRStatus ZRDataModelParserImp::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
                                            bool alternateInputRole, bool useBins,
                                            int binCount) const
-{
+try {
     if (!status.IsOK())
         return status;
     if (!document)
@@ -100,6 +121,8 @@ ZRStatus ZRDataModelParserImp::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
     if (const FieldStore* fields = parser->RecordedFields())
         return ReadFieldStore(varList, *fields, kDataModelFieldRules, options);
     return ReadFieldDictionary(varList, *fieldsElement, "Field", kDataModelFieldRules, options);
+} catch (...) {
+    return ZRStatus(ZRCommon::eOutOfMemory, false);
 }
 
 } // namespace ZRXPrsUtil

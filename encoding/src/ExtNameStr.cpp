@@ -1,8 +1,15 @@
 #include <zrparsexmlr/ExtNameStr.h>
 
+#include "ZREncodingInternal.h"
+
 #include <unicode/ucnv.h>
 
+#include <new>
+#include <utility>
+
 namespace ZRMem {
+
+using Internal::NoMemoryCount;
 
 struct ExtNameStr::Record {
     std::string u8;
@@ -33,16 +40,52 @@ private:
     void* m_cnv;
 };
 
+// The code page and system forms of `u8`: the code of the code page form,
+// or if that is 0 of the system form; 2 when memory ran out for either.
+// Throws nothing.
+int CodePageForms(const std::string& u8, std::string& cp, std::string& system)
+{
+    const unsigned failures = NoMemoryCount();
+    const int cpCode = VORKMBU8ToCodePage(nullptr, cp, u8);
+    int systemCode = kNoScratch;
+    {
+        SystemConverter converter;
+        // A converter that could not be had for lack of memory must not be
+        // taken for an unknown system encoding, which the default serves.
+        if (converter.get() != nullptr || NoMemoryCount() == failures)
+            systemCode = VORKMBU8ToCodePage(converter.get(), system, u8);
+    }
+    if (NoMemoryCount() != failures)
+        return kNoScratch;
+    return cpCode != 0 ? cpCode : systemCode;
+}
+
 } // namespace
 
-ExtNameStr::ExtNameStr() : m_rec(new Record) {}
+ExtNameStr::ExtNameStr() : m_rec(new (std::nothrow) Record) {}
 
-ExtNameStr::ExtNameStr(const ExtNameStr& other) : m_rec(new Record(*other.m_rec)) {}
+ExtNameStr::ExtNameStr(const ExtNameStr& other) : m_rec(nullptr)
+{
+    try {
+        m_rec = new Record(other.Rec());
+    } catch (...) {
+        m_rec = nullptr;
+    }
+}
 
 ExtNameStr& ExtNameStr::operator=(const ExtNameStr& other)
 {
-    if (this != &other)
-        *m_rec = *other.m_rec;
+    if (this == &other)
+        return *this;
+    try {
+        Record copy(other.Rec());
+        if (m_rec == nullptr)
+            m_rec = new Record();
+        std::swap(*m_rec, copy);
+    } catch (...) {
+        if (m_rec != nullptr)
+            m_rec->errorCode = kNoScratch;
+    }
     return *this;
 }
 
@@ -51,86 +94,149 @@ ExtNameStr::~ExtNameStr()
     delete m_rec;
 }
 
+const ExtNameStr::Record& ExtNameStr::Rec() const
+{
+    static const Record empty;
+    return m_rec != nullptr ? *m_rec : empty;
+}
+
+void ExtNameStr::Install(std::string& u8, int code)
+{
+    if (m_rec == nullptr)
+        m_rec = new (std::nothrow) Record;
+    if (m_rec == nullptr)
+        return;
+    if (code == kNoScratch) {
+        m_rec->errorCode = kNoScratch;
+        return;
+    }
+    std::string cp;
+    std::string system;
+    U16String u16;
+    const int id = VORKMBDefaultConverterID();
+    const int formsCode = CodePageForms(u8, cp, system);
+    const int u16Code = VORKMBU8ToU16(u16, u8);
+    if (formsCode == kNoScratch || u16Code == kNoScratch) {
+        m_rec->errorCode = kNoScratch;
+        return;
+    }
+    m_rec->u8.swap(u8);
+    m_rec->cp.swap(cp);
+    m_rec->system.swap(system);
+    m_rec->u16.swap(u16);
+    m_rec->converterId = id;
+    m_rec->errorCode = u16Code;
+}
+
 void ExtNameStr::Refresh() const
 {
-    Record& r = *m_rec;
-    r.converterId = VORKMBDefaultConverterID();
-    const int cpCode = VORKMBU8ToCodePage(nullptr, r.cp, r.u8);
-    SystemConverter system;
-    const int systemCode = VORKMBU8ToCodePage(system.get(), r.system, r.u8);
-    r.errorCode = cpCode != 0 ? cpCode : systemCode;
+    if (m_rec == nullptr)
+        return;
+    std::string cp;
+    std::string system;
+    const int id = VORKMBDefaultConverterID();
+    const int code = CodePageForms(m_rec->u8, cp, system);
+    m_rec->errorCode = code;
+    if (code == kNoScratch)
+        return;
+    m_rec->cp.swap(cp);
+    m_rec->system.swap(system);
+    m_rec->converterId = id;
 }
 
 void ExtNameStr::RefreshIfStale() const
 {
-    if (m_rec->converterId != VORKMBDefaultConverterID())
+    if (m_rec != nullptr && m_rec->converterId != VORKMBDefaultConverterID())
         Refresh();
-}
-
-void ExtNameStr::AfterMasterChanged()
-{
-    Refresh();
-    m_rec->errorCode = VORKMBU8ToU16(m_rec->u16, m_rec->u8);
 }
 
 void ExtNameStr::SetU8(const std::string& text)
 {
-    m_rec->u8 = text;
-    m_rec->errorCode = 0;
-    AfterMasterChanged();
+    std::string u8;
+    int code = kConverted;
+    try {
+        u8 = text;
+    } catch (...) {
+        code = kNoScratch;
+    }
+    Install(u8, code);
 }
 
 void ExtNameStr::SetCP(const std::string& text, void* converter)
 {
-    m_rec->errorCode = VORKMBCodePageToU8(converter, m_rec->u8, text);
-    AfterMasterChanged();
+    std::string u8;
+    const int code = VORKMBCodePageToU8(converter, u8, text);
+    Install(u8, code);
 }
 
 void ExtNameStr::SetGeneric(const std::string& text)
 {
-    m_rec->errorCode = VORKMBGenericToU8(nullptr, m_rec->u8, text);
-    AfterMasterChanged();
+    std::string u8;
+    const int code = VORKMBGenericToU8(nullptr, u8, text);
+    Install(u8, code);
 }
 
 void ExtNameStr::SetU16(const U16String& text)
 {
-    m_rec->errorCode = VORKMBU16ToU8(m_rec->u8, text);
-    AfterMasterChanged();
+    std::string u8;
+    const int code = VORKMBU16ToU8(u8, text);
+    Install(u8, code);
 }
 
 void ExtNameStr::SetSystem(const std::string& text)
 {
-    Refresh();
-    Record& r = *m_rec;
-    r.system = text;
-    {
-        SystemConverter system;
-        VORKMBCodePageToU8(system.get(), r.u8, r.system);
+    if (m_rec == nullptr)
+        m_rec = new (std::nothrow) Record;
+    if (m_rec == nullptr)
+        return;
+    const unsigned failures = NoMemoryCount();
+    std::string system;
+    std::string u8;
+    std::string cp;
+    int code = kNoScratch;
+    const int id = VORKMBDefaultConverterID();
+    try {
+        system = text;
+        {
+            SystemConverter converter;
+            if (converter.get() != nullptr || NoMemoryCount() == failures)
+                VORKMBCodePageToU8(converter.get(), u8, system);
+        }
+        code = VORKMBU8ToCodePage(nullptr, cp, u8);
+    } catch (...) {
+        Internal::NoteNoMemory();
     }
-    r.errorCode = VORKMBU8ToCodePage(nullptr, r.cp, r.u8);
+    if (NoMemoryCount() != failures) {
+        m_rec->errorCode = kNoScratch;
+        return;
+    }
+    m_rec->system.swap(system);
+    m_rec->u8.swap(u8);
+    m_rec->cp.swap(cp);
+    m_rec->converterId = id;
+    m_rec->errorCode = code;
 }
 
 void ExtNameStr::Clear()
 {
-    m_rec->u8.clear();
-    m_rec->errorCode = 0;
-    AfterMasterChanged();
+    std::string u8;
+    Install(u8, kConverted);
 }
 
 const std::string& ExtNameStr::GetU8() const
 {
-    return m_rec->u8;
+    return Rec().u8;
 }
 
 const char* ExtNameStr::GetU8Z() const
 {
-    return m_rec->u8.c_str();
+    return Rec().u8.c_str();
 }
 
 const std::string& ExtNameStr::GetCP() const
 {
     RefreshIfStale();
-    return m_rec->cp;
+    return Rec().cp;
 }
 
 const char* ExtNameStr::GetCPZ() const
@@ -141,13 +247,15 @@ const char* ExtNameStr::GetCPZ() const
 std::string ExtNameStr::GetCP(void* converter) const
 {
     std::string text;
-    m_rec->errorCode = VORKMBU8ToCodePage(converter, text, m_rec->u8);
+    const int code = VORKMBU8ToCodePage(converter, text, Rec().u8);
+    if (m_rec != nullptr)
+        m_rec->errorCode = code;
     return text;
 }
 
 const std::string& ExtNameStr::GetGeneric() const
 {
-    return qUTF8mode() ? m_rec->u8 : GetCP();
+    return qUTF8mode() ? Rec().u8 : GetCP();
 }
 
 const char* ExtNameStr::GetGenericZ() const
@@ -157,32 +265,32 @@ const char* ExtNameStr::GetGenericZ() const
 
 const U16String& ExtNameStr::GetU16() const
 {
-    return m_rec->u16;
+    return Rec().u16;
 }
 
 const unsigned short* ExtNameStr::GetU16Z() const
 {
-    return m_rec->u16.c_str();
+    return Rec().u16.c_str();
 }
 
 const std::string& ExtNameStr::GetSystem() const
 {
-    return m_rec->system;
+    return Rec().system;
 }
 
 const char* ExtNameStr::GetSystemZ() const
 {
-    return m_rec->system.c_str();
+    return Rec().system.c_str();
 }
 
 bool ExtNameStr::Empty() const
 {
-    return m_rec->u8.empty();
+    return Rec().u8.empty();
 }
 
 int ExtNameStr::ErrorCode() const
 {
-    return m_rec->errorCode;
+    return m_rec != nullptr ? m_rec->errorCode : kNoScratch;
 }
 
 } // namespace ZRMem

@@ -57,7 +57,8 @@ int Complete(const Plan& plan, Unit* target, const Outcome& outcome, int* result
     int code = CodeOf(outcome.err, outcome.substituted);
     int length = outcome.needed;
     if (HardFailure(outcome.err)) {
-        code = kTrouble;
+        NoteIfNoMemory(outcome.err);
+        code = outcome.err == U_MEMORY_ALLOCATION_ERROR ? kNoScratch : kTrouble;
         length = 0;
     }
     if (plan.fitting) {
@@ -146,11 +147,12 @@ void NormalizeSource(const Unit*& source, int& sourceLength)
     }
 }
 
-// No converter to be had: trouble, and the target as for an empty text.
+// No converter to be had: no memory for it (code 2) or trouble, and the
+// target as for an empty text.
 template <class Unit>
-int Fail(const Plan& plan, Unit* target, int* resultCode)
+int Fail(const Plan& plan, Unit* target, int* resultCode, bool noMemory)
 {
-    Outcome outcome{0, U_INVALID_STATE_ERROR, false};
+    Outcome outcome{0, noMemory ? U_MEMORY_ALLOCATION_ERROR : U_INVALID_STATE_ERROR, false};
     return Complete(plan, target, outcome, resultCode, [](int) { return 0; });
 }
 
@@ -229,9 +231,10 @@ int ThroughConverter(void* converter, Unit* target, int capacity, int sourceLeng
                      Run run, Cut cut)
 {
     const Plan plan = MakePlan(target, capacity, sourceLength);
+    const unsigned failures = NoMemoryCount();
     ConverterLease lease(converter);
     if (!lease.get())
-        return Fail(plan, target, resultCode);
+        return Fail(plan, target, resultCode, NoMemoryCount() != failures);
     Outcome outcome{0, U_ZERO_ERROR, false};
     const unsigned before = SubstitutionCount();
     outcome.needed = run(lease.get(), plan.fitting ? target : nullptr, plan.room, &outcome.err);
@@ -394,6 +397,7 @@ int ToString(Out& target, const In& source, long long units, Convert convert)
         target.assign(scratch.get(), static_cast<size_t>(length));
         return code;
     } catch (const std::bad_alloc&) {
+        NoteNoMemory();
         target.clear();
         return kNoScratch;
     }
@@ -472,6 +476,7 @@ int Assign(std::string& target, const std::string& source)
         target = source;
         return kConverted;
     } catch (const std::bad_alloc&) {
+        NoteNoMemory();
         target.clear();
         return kNoScratch;
     }
@@ -556,7 +561,11 @@ Out* ToNewArray(const In* source, long long scratch, Convert convert)
     std::unique_ptr<Out[]> room(new (std::nothrow) Out[static_cast<size_t>(scratch)]);
     if (!room)
         return nullptr;
-    const int length = convert(room.get(), static_cast<int>(scratch), source, -1, nullptr);
+    int code = kConverted;
+    const int length = convert(room.get(), static_cast<int>(scratch), source, -1, &code);
+    // Without memory for the converter the text would be empty: no text.
+    if (code == kNoScratch)
+        return nullptr;
     Out* result = new (std::nothrow) Out[static_cast<size_t>(length) + 1];
     if (!result)
         return nullptr;

@@ -20,6 +20,7 @@ namespace {
 // warning that a callback leaves (for instance with "not terminated" when the
 // text fits its buffer exactly), so each conversion also looks at this count.
 thread_local unsigned tSubstitutions = 0;
+thread_local unsigned tNoMemory = 0;
 
 bool IsSubstitutedReason(UConverterCallbackReason reason)
 {
@@ -92,6 +93,16 @@ unsigned SubstitutionCount()
     return tSubstitutions;
 }
 
+unsigned NoMemoryCount()
+{
+    return tNoMemory;
+}
+
+void NoteNoMemory()
+{
+    ++tNoMemory;
+}
+
 void ApplyConverterSettings(UConverter* cnv)
 {
     UErrorCode err = U_ZERO_ERROR;
@@ -111,6 +122,7 @@ ConverterLease::ConverterLease(void* given) : m_cnv(static_cast<UConverter*>(giv
         return;
     UErrorCode err = U_ZERO_ERROR;
     m_cnv = CloneConverter(def, &err);
+    NoteIfNoMemory(err);
     if (U_FAILURE(err)) {
         if (m_cnv)
             ucnv_close(m_cnv);
@@ -220,7 +232,7 @@ int CompareCodePage(UConverter* cnv, const char* a, int lengthA, const char* b, 
 using namespace Internal;
 
 void* VORKMBConverterNew_C(const char* name)
-{
+try {
     UErrorCode err = U_ZERO_ERROR;
     UConverter* cnv = nullptr;
     if (!name) {
@@ -253,6 +265,7 @@ void* VORKMBConverterNew_C(const char* name)
             }
         }
     }
+    NoteIfNoMemory(err);
     if (U_FAILURE(err) || !cnv) {
         if (cnv)
             ucnv_close(cnv);
@@ -260,6 +273,10 @@ void* VORKMBConverterNew_C(const char* name)
     }
     ApplyConverterSettings(cnv);
     return cnv;
+} catch (...) {
+    // Memory ran out for a name.
+    NoteNoMemory();
+    return nullptr;
 }
 
 void* VORKMBConverterNew_8(const char* name)

@@ -45,6 +45,18 @@ void ApplyConverterSettings(UConverter* cnv);
 // A conversion compares it before and after to see whether it substituted.
 unsigned SubstitutionCount();
 
+// Number of allocations that failed in the encoding services on this thread
+// (ICU's U_MEMORY_ALLOCATION_ERROR, or std::bad_alloc): an operation whose
+// converter or scratch room could not be had compares it before and after to
+// tell a lack of memory (code 2) from trouble with the text (code 3).
+unsigned NoMemoryCount();
+void NoteNoMemory();
+inline void NoteIfNoMemory(UErrorCode err)
+{
+    if (err == U_MEMORY_ALLOCATION_ERROR)
+        NoteNoMemory();
+}
+
 // The ICU name of a code page number, or "" if none fits.
 std::string CodePageName(long codePage);
 
@@ -70,6 +82,8 @@ inline int CodeOf(UErrorCode err, bool substituted)
 {
     if (err == U_BUFFER_OVERFLOW_ERROR)
         return kDidNotFit;
+    if (err == U_MEMORY_ALLOCATION_ERROR)
+        return kNoScratch;
     if (U_FAILURE(err) || err == kSubstUnassigned || err == kSubstIllegal || substituted)
         return kTrouble;
     return kConverted;

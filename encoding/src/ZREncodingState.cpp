@@ -93,12 +93,19 @@ const char* SystemEncoding()
             EnableLocaleLocked();
             const char* ctype = Platform::SetLocale(LC_CTYPE, nullptr);
             const char* dot = ctype ? std::strchr(ctype, '.') : nullptr;
-            if (!dot) {
-                gSystemEncoding = "CP1252";
-            } else {
-                // The C library may add "@modifier" behind the code set; it is
-                // no part of the encoding's name.
-                gSystemEncoding.assign(dot + 1, std::strcspn(dot + 1, "@"));
+            try {
+                if (!dot) {
+                    gSystemEncoding = "CP1252";
+                } else {
+                    // The C library may add "@modifier" behind the code set;
+                    // it is no part of the encoding's name.
+                    gSystemEncoding.assign(dot + 1, std::strcspn(dot + 1, "@"));
+                }
+            } catch (...) {
+                // No memory for the name: none this time, the next call tries
+                // again.
+                Internal::NoteNoMemory();
+                return "";
             }
             gSystemEncodingReady.store(true, std::memory_order_release);
         }

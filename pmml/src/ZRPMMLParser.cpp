@@ -81,18 +81,20 @@ ZRPMMLParser::~ZRPMMLParser()
 }
 
 ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream)
-{
+try {
     xercesMessage.clear();
     document = nullptr;
     rootElement = dataDictionary = transDictionary = modelElement = nullptr;
     if (!parser)
         return status;
+    if (!RenewSpentParser(parser, [] { return new ZRPMMLDOMParser(); }))
+        return status = PMMLFailure(ZRCommon::eCannotStart);
     if (auto* pmmlParser = dynamic_cast<ZRPMMLDOMParser*>(parser)) {
         pmmlParser->SetReadModelBodies(readModelBodies);
         pmmlParser->SetFieldsInDOM(fieldsInDOM);
     }
     try {
-        ZRXInputSource source(stream);
+        ZRXInputSource source(stream, ParserMemory(*parser));
         status = ParseWithParser(*parser, &source, nullptr, xercesMessage);
     } catch (...) {
         status = PMMLFailure(ZRCommon::eCannotParse);
@@ -122,6 +124,10 @@ ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream)
         ForgetRecordedFields(parser);
     }
     return status;
+} catch (...) {
+    document = nullptr;
+    rootElement = dataDictionary = transDictionary = modelElement = nullptr;
+    return status = PMMLFailure(ZRCommon::eCannotParse);
 }
 
 ZRStatus ZRPMMLParser::GetStatus() const
@@ -131,7 +137,11 @@ ZRStatus ZRPMMLParser::GetStatus() const
 
 std::string ZRPMMLParser::GetXercesMessage() const
 {
-    return xercesMessage;
+    try {
+        return xercesMessage;
+    } catch (...) {
+        return std::string();
+    }
 }
 
 const DOMElement* ZRPMMLParser::GetRootElement() const
@@ -169,7 +179,7 @@ bool ZRPMMLParser::SetModelElmt(const DOMElement& model)
 
 ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::string>& wantedFields,
                                    bool useBins) const
-{
+try {
     ZRStatus result = status;
     if (result.IsOK() && !document)
         result = PMMLFailure(ZRCommon::eNoDocument);
@@ -187,6 +197,8 @@ ZRStatus ZRPMMLParser::FillVarList(ZRVarList& varList, const std::vector<std::st
     if (const FieldStore* fields = RecordedFields(parser))
         return ReadFieldStore(varList, *fields, kPMMLDataFieldRules, options);
     return ReadFieldDictionary(varList, *dataDictionary, "DataField", kPMMLDataFieldRules, options);
+} catch (...) {
+    return PMMLFailure(ZRCommon::eOutOfMemory);
 }
 
 bool ZRPMMLParser::SetBinsFrTransDict(const std::string& fieldName, std::vector<double>& cutPoints,

@@ -48,7 +48,8 @@ ZRStatus ExtractFreqArray(std::vector<double>& frequencies, const DOMElement& ar
 } // namespace
 
 ZRStatus ZRPMMLParser::FillUniStats(ZRUniStats& stats, const DOMElement*& position) const
-{
+try {
+    const ZRXRestoreOnThrow<const DOMElement*> restore(position);
     ZRStatus result = status;
     if (result.IsOK() && !document)
         result = PMMLFailure(ZRCommon::eNoDocument);
@@ -87,6 +88,8 @@ ZRStatus ZRPMMLParser::FillUniStats(ZRUniStats& stats, const DOMElement*& positi
     if (result.IsOK() && !stats.IsValid())
         result = PMMLFailure(ZRCommon::eInvalidStatistics);
     return result;
+} catch (...) {
+    return PMMLFailure(ZRCommon::eOutOfMemory);
 }
 
 ZRStatus ZRPMMLParser::FillUniStatsCat(ZRUniStats& stats, const std::string& fieldName,

@@ -15,7 +15,7 @@ namespace ZRXPrsUtil {
 
 ZRCommon::ZRStatus ZRSettingsParser::FillVarList(ZRMTD_NAMESPACE::ZRVarList& varList,
                                                  bool useBins) const
-{
+try {
     ZRCommon::ZRStatus result = status;
     if (result.IsOK() && document == nullptr)
         result = Settings::Fail(ZRCommon::eNoDocument);
@@ -31,10 +31,12 @@ ZRCommon::ZRStatus ZRSettingsParser::FillVarList(ZRMTD_NAMESPACE::ZRVarList& var
         return ReadFieldStore(varList, *fields, kSettingsDataFieldRules, options);
     return ReadFieldDictionary(varList, *dataDictionary, "DataField", kSettingsDataFieldRules,
                                options);
+} catch (...) {
+    return Settings::Fail(ZRCommon::eOutOfMemory);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::FillTransDict(ZRMTD_NAMESPACE::ZRVarList& varList) const
-{
+try {
     ZRCommon::ZRStatus result = status;
     if (result.IsOK() && document == nullptr)
         result = Settings::Fail(ZRCommon::eNoDocument);
@@ -42,6 +44,8 @@ ZRCommon::ZRStatus ZRSettingsParser::FillTransDict(ZRMTD_NAMESPACE::ZRVarList& v
         return result;
     return ReadFieldDictionary(varList, *transDictionary, "DerivedField",
                                kSettingsDerivedFieldRules, DictionaryOptions());
+} catch (...) {
+    return Settings::Fail(ZRCommon::eOutOfMemory);
 }
 
 } // namespace ZRXPrsUtil

@@ -74,7 +74,7 @@ ZRStatus AppendItem(const XMLCh* text, std::vector<T>& out)
 template <class T>
 ZRStatus ReadArray(const ZRStatus& opening, const xercesc::DOMElement* scope, const char* name,
                    std::vector<T>& out)
-{
+try {
     if (!opening.IsOK())
         return opening;
     const xercesc::DOMElement* parameter = FindNamedChild(scope, "Parameter", name);
@@ -92,12 +92,14 @@ ZRStatus ReadArray(const ZRStatus& opening, const xercesc::DOMElement* scope, co
     for (; value != nullptr && result.IsOK(); value = GetNextSiblingElmt(*value, "Value"))
         result = AppendItem(GetAttribute(*value, "value"), out);
     return result;
+} catch (...) {
+    return Fail(ZRCommon::eOutOfMemory);
 }
 
 template <class T>
 ZRStatus ReadMatrix(const ZRStatus& opening, const xercesc::DOMElement* scope, const char* name,
                     std::vector<std::vector<T>>& out)
-{
+try {
     if (!opening.IsOK())
         return opening;
     const xercesc::DOMElement* matrix = FindNamedChild(scope, "MatrixParmeter", name);
@@ -117,6 +119,8 @@ ZRStatus ReadMatrix(const ZRStatus& opening, const xercesc::DOMElement* scope, c
         out.push_back(std::move(row));
     }
     return ZRStatus();
+} catch (...) {
+    return Fail(ZRCommon::eOutOfMemory);
 }
 
 // The Parameter of that name in the scope and its `value`. A status that is
@@ -175,10 +179,12 @@ ZRStatus ReadValue(const XMLCh* text, bool& out)
 template <class T>
 ZRStatus ReadParameter(const ZRStatus& opening, const xercesc::DOMElement* scope, const char* name,
                        T& out)
-{
+try {
     const XMLCh* text = nullptr;
     const ZRStatus result = FindValue(opening, scope, name, text);
     return result.IsOK() ? ReadValue(text, out) : result;
+} catch (...) {
+    return Fail(ZRCommon::eOutOfMemory);
 }
 
 struct TypeWord {
@@ -224,7 +230,7 @@ ZRCommon::ZRStatus ZRSettingsParser::GetParameter(const char* name, bool& out, v
 }
 
 ZRSettingsParser::ParamType ZRSettingsParser::GetParameterType(const char* name, void* context)
-{
+try {
     if (!Opening(status, document, parametersElement).IsOK())
         return ParamTypeInvalid;
     const xercesc::DOMElement* parameter =
@@ -237,10 +243,12 @@ ZRSettingsParser::ParamType ZRSettingsParser::GetParameterType(const char* name,
             return word.type;
     }
     return ParamTypeInvalid;
+} catch (...) {
+    return ParamTypeInvalid;
 }
 
 void* ZRSettingsParser::GetComplexParameter(const char* name, void* context)
-{
+try {
     if (!Opening(status, document, parametersElement).IsOK())
         return nullptr;
     const xercesc::DOMElement* group =
@@ -248,6 +256,8 @@ void* ZRSettingsParser::GetComplexParameter(const char* name, void* context)
     // The context is handed out untyped; the queries turn it back into the
     // const element that it is.
     return const_cast<xercesc::DOMElement*>(group);
+} catch (...) {
+    return nullptr;
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::GetArray(const char* name, std::vector<std::string>& out,

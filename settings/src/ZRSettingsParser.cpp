@@ -60,7 +60,7 @@ ZRSettingsParser::ZRSettingsParser()
 ZRSettingsParser::~ZRSettingsParser() = default;
 
 ZRCommon::ZRStatus ZRSettingsParser::ParseToDOM(std::istream& stream)
-{
+try {
     parametersElement = nullptr;
     ZRPMMLParser::ParseToDOM(stream);
     if (status.IsOK() && rootElement != nullptr) {
@@ -75,6 +75,11 @@ ZRCommon::ZRStatus ZRSettingsParser::ParseToDOM(std::istream& stream)
     if (!status.IsOK())
         parametersElement = nullptr;
     return status;
+} catch (...) {
+    parametersElement = nullptr;
+    document = nullptr;
+    rootElement = dataDictionary = transDictionary = modelElement = nullptr;
+    return status = Settings::Fail(ZRCommon::eCannotParse);
 }
 
 void ZRSettingsParser::SetParametersRequired(bool required)

@@ -35,7 +35,7 @@ void AppendName(const XMLCh* text, std::vector<std::string>& out)
 
 ZRCommon::ZRStatus ZRSettingsParser::GetVariables(const char* name,
                                                   std::vector<std::string>& out) const
-{
+try {
     const ZRStatus opening = Opening(status, document, parametersElement);
     if (!opening.IsOK())
         return opening;
@@ -62,10 +62,12 @@ ZRCommon::ZRStatus ZRSettingsParser::GetVariables(const char* name,
         return Fail(ZRCommon::eAttributeAbsent);
     AppendName(text, out);
     return ZRStatus();
+} catch (...) {
+    return Fail(ZRCommon::eOutOfMemory);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::GetVariables(const char* name, std::string& out) const
-{
+try {
     const ZRStatus opening = Opening(status, document, parametersElement);
     if (!opening.IsOK())
         return opening;
@@ -77,6 +79,8 @@ ZRCommon::ZRStatus ZRSettingsParser::GetVariables(const char* name, std::string&
         return ZRStatus();
     }
     return Fail(IsListMarked(*parameter) ? ZRCommon::eIsList : ZRCommon::eAttributeAbsent);
+} catch (...) {
+    return Fail(ZRCommon::eOutOfMemory);
 }
 
 ZRCommon::ZRStatus ZRSettingsParser::GetTargetVars(std::vector<std::string>& out) const

@@ -26,13 +26,13 @@ inline std::string DataFile(const std::string& name)
     return std::string(ZRX_TEST_DATA_DIR) + "/combiner/" + name;
 }
 
-// A folder of its own, removed with the object.
+// A folder of its own in `base`, removed with the object.
 class TempDir {
 public:
-    TempDir()
+    explicit TempDir(const std::string& base = "/tmp")
     {
-        char pattern[] = "/tmp/zrx-combiner-XXXXXX";
-        const char* made = mkdtemp(pattern);
+        std::string pattern = base + "/zrx-combiner-XXXXXX";
+        const char* made = mkdtemp(&pattern[0]);
         dir = made != nullptr ? made : "/tmp";
     }
     ~TempDir() { std::filesystem::remove_all(dir); }

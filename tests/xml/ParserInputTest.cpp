@@ -9,6 +9,9 @@
 
 #include <filesystem>
 #include <stdexcept>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
 
 using namespace ZRXPrsUtil;
 namespace fs = std::filesystem;
@@ -73,16 +76,34 @@ TEST_F(Parsing, EveryFailedParseGives104WithTheXmlLibrarysMessage)
     EXPECT_TRUE(reader.GetInitStatus().IsOK());
     EXPECT_TRUE(reader.ParseToDOM(kData + "small.xml").IsOK());
     EXPECT_EQ(reader.GetXercesMessage(), "");
-    // The stream throws before or inside the document.
-    for (const char* head : {"", "<DataModel><Fields>"}) {
-        ThrowingBuf buffer(head);
-        std::istream stream(&buffer);
-        stream.exceptions(std::ios::badbit);
-        ZRXInputSource source(stream);
-        std::string message;
-        EXPECT_EQ(ParseWithParser(*parser, &source, nullptr, message).GetCode(), 104) << head;
-        EXPECT_NE(message, "") << head;
+    // The stream breaks before, inside or after the document, with or
+    // without an exception mask of the caller: the whole document was not
+    // read, and the reader stays usable.
+    for (const char* head : {"", "<DataModel><Fields>", "<DataModel/>"}) {
+        for (const auto mask : {std::ios::badbit, std::ios::goodbit}) {
+            ThrowingBuf buffer(head);
+            std::istream stream(&buffer);
+            stream.exceptions(mask);
+            ZRXInputSource source(stream);
+            std::string message;
+            EXPECT_EQ(ParseWithParser(*parser, &source, nullptr, message).GetCode(), 104) << head;
+            EXPECT_NE(message, "") << head;
+            stream.clear();
+            EXPECT_EQ(reader.ParseToDOM(stream).GetCode(), 104) << head;
+            EXPECT_TRUE(reader.ParseToDOM(kData + "small.xml").IsOK());
+        }
     }
+    // A file cut short while it is read: what its writer gives before it
+    // stops is half a document.
+    const std::string fifo = fs::temp_directory_path() / ("zrx-cut-" + std::to_string(getpid()));
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    std::thread writer([&fifo] {
+        const std::string text = zrxtest::ReadFile(kData + "small.xml");
+        std::ofstream(fifo, std::ios::binary).write(text.data(), text.size() / 2);
+    });
+    EXPECT_EQ(reader.ParseToDOM(fifo).GetCode(), 104);
+    writer.join();
+    fs::remove(fifo);
 }
 
 // The tag of the document element, read up to its start tag: what comes after

@@ -3,8 +3,14 @@
 
 #include <zrparsexmlr/ZRXMLReadWrite.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using ZRXPrsUtil::ZRXMLReadWrite;
 
@@ -63,4 +69,43 @@ TEST_F(ReadWrite, UnwritableFileGives118AndKeepsTheDocument)
         EXPECT_NE(reader.GetDocument(), nullptr);
     }
     EXPECT_TRUE(reader.WriteFromDOM(dir + "/out.xml").IsOK());
+    EXPECT_TRUE(reader.WriteFromDOM("/dev/null").IsOK());
+}
+
+// A write replaces the file whole or not at all. In a child process whose
+// files may not grow past 100 bytes (a full disk, unprivileged), the write
+// fails with 118 and the old file is left as it was, permission bits
+// included, with nothing beside it; a symbolic link is written through and
+// stays a link.
+TEST_F(ReadWrite, FailedWriteLeavesTheFileAsItWas)
+{
+    namespace fs = std::filesystem;
+    fs::create_directory(dir + "/real");
+    fs::create_symlink("real/target.xml", dir + "/link.xml");
+    for (const std::string name : {"/real/target.xml", "/link.xml"}) {
+        for (const bool diskFull : {true, false}) {
+            SCOPED_TRACE(name + (diskFull ? " full" : ""));
+            std::ofstream(dir + "/real/target.xml") << "yesterday's model";
+            fs::permissions(dir + "/real/target.xml", fs::perms(0640));
+            const pid_t child = fork();
+            ASSERT_GE(child, 0);
+            if (child == 0) {
+                const rlimit limit = {100, 100};
+                signal(SIGXFSZ, SIG_IGN);
+                if (diskFull)
+                    setrlimit(RLIMIT_FSIZE, &limit);
+                const long code = reader.WriteFromDOM(dir + name).GetCode();
+                _exit(code == 0 ? 0 : code == 118 ? 1 : 2);
+            }
+            int status = 0;
+            ASSERT_EQ(waitpid(child, &status, 0), child);
+            EXPECT_TRUE(WIFEXITED(status));
+            EXPECT_EQ(WEXITSTATUS(status), diskFull ? 1 : 0);
+            EXPECT_EQ(zrxtest::ReadFile(dir + "/real/target.xml") == "yesterday's model", diskFull);
+            EXPECT_EQ(fs::status(dir + "/real/target.xml").permissions(), fs::perms(0640));
+            EXPECT_TRUE(fs::is_symlink(dir + "/link.xml"));
+            EXPECT_EQ(
+                std::distance(fs::directory_iterator(dir + "/real"), fs::directory_iterator()), 1);
+        }
+    }
 }

@@ -8,8 +8,8 @@
 namespace ZRXPrsUtil {
 
 ZRXDOMParser::ZRXDOMParser()
-    : xercesc::XercesDOMParser(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager, nullptr),
-      m_depth(0), m_tooDeep(false), m_fieldsInDOM(true)
+    : xercesc::XercesDOMParser(nullptr, &memory, nullptr), m_depth(0), m_tooDeep(false),
+      m_fieldsInDOM(true)
 {
     security.setEntityExpansionLimit(xercesc::SecurityManager::ENTITY_EXPANSION_LIMIT);
     setDisableDefaultEntityResolution(true);

@@ -3,6 +3,8 @@
 #ifndef ZRPARSEXMLR_ZRXDOMPARSER_H
 #define ZRPARSEXMLR_ZRXDOMPARSER_H
 
+#include "ZRXOwnedMemory.h"
+
 #include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 
@@ -21,6 +23,12 @@ namespace Detail {
 // points at a dead security manager.
 struct ZRXSecurityHolder {
     xercesc::SecurityManager security;
+};
+
+// Holds the memory of a parser and its documents (ZRXOwnedMemory.h), built
+// first and destroyed last, for the same reason.
+struct ZRXMemoryHolder {
+    ZRXOwnedMemory memory;
 };
 
 } // namespace Detail
@@ -59,7 +67,9 @@ struct ZRXSecurityHolder {
 // leaves an element out whole (its start, everything in it and its end:
 // ZRPMMLDOMParser) passes none of its events on, and the count and the limit
 // are of the elements passed on.
-class ZRXDOMParser : private Detail::ZRXSecurityHolder, public xercesc::XercesDOMParser {
+class ZRXDOMParser : private Detail::ZRXMemoryHolder,
+                     private Detail::ZRXSecurityHolder,
+                     public xercesc::XercesDOMParser {
 public:
     static const XMLSize_t kMaxDepth = 2000;
 

@@ -64,16 +64,25 @@ ZRXInputSource::ZRXInputSource(std::istream& stream)
     : xercesc::InputSource("istream", xercesc::XMLPlatformUtils::fgMemoryManager), m_stream(stream)
 {}
 
+ZRXInputSource::ZRXInputSource(std::istream& stream, xercesc::MemoryManager* manager)
+    : xercesc::InputSource("istream", manager), m_stream(stream)
+{}
+
 ZRXInputSource::~ZRXInputSource() {}
+
+bool ZRXInputSource::StreamBroken() const
+{
+    return m_stream.bad();
+}
 
 xercesc::BinInputStream* ZRXInputSource::makeStream() const
 {
     // BinInputStream allocates through the XML library's memory manager
-    // (XMemory), and the XML library deletes the stream after the parse. A
-    // failed allocation gives null, which the parser reports as unreadable
-    // input.
+    // (XMemory), here the source's, and the XML library deletes the stream
+    // after the parse. A failed allocation gives null, which the parser
+    // reports as unreadable input.
     try {
-        return new ZRXBinInputStream(&m_stream);
+        return new (getMemoryManager()) ZRXBinInputStream(&m_stream);
     } catch (...) {
         return nullptr;
     }

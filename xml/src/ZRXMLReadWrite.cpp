@@ -1,5 +1,7 @@
 #include <zrparsexmlr/ZRXMLReadWrite.h>
 
+#include "ZRXFileWriter.h"
+#include "ZRXOwnedMemory.h"
 #include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
@@ -10,8 +12,8 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
-#include <cstddef>
-#include <cstdio>
+#include <cstring>
+#include <memory>
 #include <string>
 
 using ZRCommon::ZRStatus;
@@ -20,66 +22,13 @@ namespace ZRXPrsUtil {
 
 namespace {
 
-// A file target that remembers whether any write, flush or the closing of the
-// file failed. The XML library's own file target swallows a failure of its
-// last flush and of the close, so a full disk would go unnoticed. The
-// serialiser hands over many small pieces; they are gathered and written in
-// large blocks.
-class CheckedFileTarget : public xercesc::XMLFormatTarget {
-public:
-    explicit CheckedFileTarget(const char* path) : m_file(std::fopen(path, "wb")), m_failed(false)
+// Releases an object of the XML library's DOM.
+struct ZRXReleaser {
+    template <class T>
+    void operator()(T* object) const
     {
-        m_pending.reserve(kBlock);
+        object->release();
     }
-    ~CheckedFileTarget() override { Close(); }
-    CheckedFileTarget(const CheckedFileTarget&) = delete;
-    CheckedFileTarget& operator=(const CheckedFileTarget&) = delete;
-
-    bool IsOpen() const { return m_file != nullptr; }
-
-    void writeChars(const XMLByte* const bytes, const XMLSize_t count,
-                    xercesc::XMLFormatter* const) override
-    {
-        if (m_file == nullptr || m_failed)
-            return;
-        m_pending.append(reinterpret_cast<const char*>(bytes), count);
-        if (m_pending.size() >= kBlock)
-            WritePending();
-    }
-
-    void flush() override
-    {
-        WritePending();
-        if (m_file != nullptr && std::fflush(m_file) != 0)
-            m_failed = true;
-    }
-
-    // True when everything reached the file and it closed cleanly.
-    bool Close()
-    {
-        if (m_file != nullptr) {
-            WritePending();
-            if (std::fclose(m_file) != 0)
-                m_failed = true;
-            m_file = nullptr;
-        }
-        return !m_failed;
-    }
-
-private:
-    static const std::size_t kBlock = 1 << 16;
-
-    void WritePending()
-    {
-        if (m_file != nullptr && !m_failed && !m_pending.empty() &&
-            std::fwrite(m_pending.data(), 1, m_pending.size(), m_file) != m_pending.size())
-            m_failed = true;
-        m_pending.clear();
-    }
-
-    std::FILE* m_file;
-    bool m_failed;
-    std::string m_pending;
 };
 
 } // namespace
@@ -121,7 +70,7 @@ ZRStatus ZRXMLReadWrite::ParseToDOM(std::istream& stream)
 }
 
 ZRStatus ZRXMLReadWrite::ParseToDOM(const char* path, std::istream* stream)
-{
+try {
     ZRStatus result = status;
     if (!result.IsOK())
         return result;
@@ -138,7 +87,7 @@ ZRStatus ZRXMLReadWrite::ParseToDOM(const char* path, std::istream* stream)
         return ZRStatus(ZRCommon::eCannotStart, false);
 
     if (stream != nullptr) {
-        ZRXInputSource source(*stream);
+        ZRXInputSource source(*stream, ParserMemory(*parser));
         result = ParseWithParser(*parser, &source, nullptr, xercesMessage);
     } else {
         result = ParseWithParser(*parser, nullptr, path, xercesMessage);
@@ -151,53 +100,66 @@ ZRStatus ZRXMLReadWrite::ParseToDOM(const char* path, std::istream* stream)
     if (!result.IsOK())
         DropParser();
     return result;
+} catch (...) {
+    // Memory ran out around the parse (the stream's source): no document.
+    DropParser();
+    return ZRStatus(ZRCommon::eCannotParse, false);
 }
 
 ZRStatus ZRXMLReadWrite::WriteFromDOM(const std::string& path,
                                       const xercesc::DOMDocument* doc) const
-{
+try {
     ZRStatus result = status;
     const xercesc::DOMDocument* target = doc != nullptr ? doc : document;
     if (!result.IsOK() || target == nullptr)
         return result;
     xercesMessage.clear();
+    const ZRStatus failed(ZRCommon::eCannotWrite, false);
 
-    static const XMLCh kLS[] = {u'L', u'S', 0};
-    xercesc::DOMLSSerializer* serializer = nullptr;
-    xercesc::DOMLSOutput* output = nullptr;
+    // The XML library's one DOM implementation, which serves "LS", taken
+    // directly: asked for by feature name, the registry splits the name with
+    // a tokenizer that loses memory when an allocation in it fails.
+    xercesc::DOMImplementation* impl = xercesc::DOMImplementation::getImplementation();
+    if (impl == nullptr)
+        return failed;
+    // The serialiser and its formatter take their memory from a manager of
+    // the write's own (ZRXOwnedMemory.h): their constructors lose what they
+    // had allocated when a later allocation fails, and the manager frees it.
+    ZRXOwnedMemory memory;
+    const std::unique_ptr<xercesc::DOMLSSerializer, ZRXReleaser> serializer(
+        impl->createLSSerializer(&memory));
+    xercesc::DOMConfiguration* config = serializer->getDomConfig();
+    if (config->canSetParameter(xercesc::XMLUni::fgDOMWRTFormatPrettyPrint, false))
+        config->setParameter(xercesc::XMLUni::fgDOMWRTFormatPrettyPrint, false);
+    const std::unique_ptr<xercesc::DOMLSOutput, ZRXReleaser> output(impl->createLSOutput(&memory));
+    ZRXFileWriter file(path);
     bool written = false;
-    try {
-        xercesc::DOMImplementation* impl =
-            xercesc::DOMImplementationRegistry::getDOMImplementation(kLS);
-        if (impl != nullptr) {
-            serializer = impl->createLSSerializer(xercesc::XMLPlatformUtils::fgMemoryManager);
-            xercesc::DOMConfiguration* config = serializer->getDomConfig();
-            if (config->canSetParameter(xercesc::XMLUni::fgDOMWRTFormatPrettyPrint, false))
-                config->setParameter(xercesc::XMLUni::fgDOMWRTFormatPrettyPrint, false);
-            CheckedFileTarget file(path.c_str());
-            if (file.IsOpen()) {
-                output = impl->createLSOutput(xercesc::XMLPlatformUtils::fgMemoryManager);
-                output->setByteStream(&file);
-                written = serializer->write(target, output);
-                written = file.Close() && written;
-            }
+    if (file.IsOpen()) {
+        output->setByteStream(&file);
+        try {
+            written = serializer->write(target, output.get());
+        } catch (const xercesc::XMLException& e) {
+            xercesMessage = ToUTF8(e.getMessage());
         }
-    } catch (const xercesc::XMLException& e) {
-        xercesMessage = ToUTF8(e.getMessage());
-        written = false;
-    } catch (...) {
-        written = false;
+        // The file replaces the target only when the whole document is in it.
+        written = written && file.Commit();
     }
-    if (output != nullptr)
-        output->release();
-    if (serializer != nullptr)
-        serializer->release();
-    return written ? result : ZRStatus(ZRCommon::eCannotWrite, false);
+    if (!written && xercesMessage.empty() && file.Error() != 0)
+        xercesMessage = path + ": " + std::strerror(file.Error());
+    return written ? result : failed;
+} catch (...) {
+    // Memory ran out, or the serialiser threw: the file under construction
+    // is gone with the writer, and the target is as it was.
+    return ZRStatus(ZRCommon::eCannotWrite, false);
 }
 
 std::string ZRXMLReadWrite::GetXercesMessage() const
 {
-    return xercesMessage;
+    try {
+        return xercesMessage;
+    } catch (...) {
+        return std::string();
+    }
 }
 
 const xercesc::DOMDocument* ZRXMLReadWrite::GetDocument() const

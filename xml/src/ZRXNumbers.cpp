@@ -9,9 +9,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 #include <xercesc/dom/DOMNodeList.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLBigInteger.hpp>
 #include <xercesc/util/XMLString.hpp>
-#include <xercesc/util/XMLStringTokenizer.hpp>
 
 #include <cfloat>
 #include <charconv>
@@ -68,6 +66,8 @@ bool Overflows(const char* number, const char* end)
     return power > 0;
 }
 
+bool ParseDoubleSpan(const XMLCh* begin, const XMLCh* end, double& value);
+
 } // namespace
 
 // The text is read without the C library's locale: a host process may have
@@ -85,12 +85,17 @@ bool Overflows(const char* number, const char* end)
 // exactly, in some 750 digits, is 0 too (the library keeps it).
 bool ParseDouble(const XMLCh* text, double& value)
 {
-    if (!text)
-        return false;
-    const XMLCh* begin = text;
-    while (IsXMLSpace(*begin))
+    return text != nullptr &&
+           ParseDoubleSpan(text, text + xercesc::XMLString::stringLen(text), value);
+}
+
+namespace {
+
+// ParseDouble of the text from `begin` to `end`.
+bool ParseDoubleSpan(const XMLCh* begin, const XMLCh* end, double& value)
+{
+    while (begin < end && IsXMLSpace(*begin))
         ++begin;
-    const XMLCh* end = begin + xercesc::XMLString::stringLen(begin);
     while (end > begin && IsXMLSpace(end[-1]))
         --end;
     const std::size_t length = static_cast<std::size_t>(end - begin);
@@ -166,29 +171,43 @@ bool ParseDouble(const XMLCh* text, double& value)
     value = parsed;
     return true;
 }
+
+} // namespace
+
 bool ParseInteger(const XMLCh* text, int& value)
 {
-    try {
-        if (!text)
-            return false;
-        const xercesc::XMLBigInteger number(text, xercesc::XMLPlatformUtils::fgMemoryManager);
-        // intValue() wraps silently beyond the range of int, so the value is
-        // taken here from the digits of the text, which the constructor has
-        // checked: white space, an optional sign, decimal digits.
-        if (number.getTotalDigit() > 10)
-            return false;
-        long long magnitude = 0;
-        for (const XMLCh* c = number.getRawData(); *c; ++c)
-            if (*c >= u'0' && *c <= u'9')
-                magnitude = magnitude * 10 + (*c - u'0');
-        const long long signedValue = number.getSign() < 0 ? -magnitude : magnitude;
-        if (signedValue < INT_MIN || signedValue > INT_MAX)
-            return false;
-        value = static_cast<int>(signedValue);
-        return true;
-    } catch (...) {
+    // The XML library's integer form (as its XMLBigInteger reads it, whose
+    // constructor loses memory when an allocation in it fails): white space
+    // around, an optional sign, decimal digits. The value is taken from the
+    // digits here, as the library's own conversion to int wraps silently.
+    if (!text)
         return false;
+    const XMLCh* begin = text;
+    const XMLCh* end = text + xercesc::XMLString::stringLen(text);
+    while (begin < end && IsXMLSpace(*begin))
+        ++begin;
+    while (end > begin && IsXMLSpace(end[-1]))
+        --end;
+    if (begin == end)
+        return false;
+    const bool negative = *begin == u'-';
+    if ((negative || *begin == u'+') && ++begin == end)
+        return false;
+    while (begin < end && *begin == u'0')
+        ++begin;
+    if (end - begin > 10)
+        return false;
+    long long magnitude = 0;
+    for (; begin < end; ++begin) {
+        if (*begin < u'0' || *begin > u'9')
+            return false;
+        magnitude = magnitude * 10 + (*begin - u'0');
     }
+    const long long signedValue = negative ? -magnitude : magnitude;
+    if (signedValue < INT_MIN || signedValue > INT_MAX)
+        return false;
+    value = static_cast<int>(signedValue);
+    return true;
 }
 
 bool ParseDoublesList(const XMLCh* text, std::vector<double>& values)
@@ -196,14 +215,24 @@ bool ParseDoublesList(const XMLCh* text, std::vector<double>& values)
     values.clear();
     if (!text)
         return true;
-    xercesc::XMLStringTokenizer tokens(text, xercesc::XMLPlatformUtils::fgMemoryManager);
-    while (tokens.hasMoreTokens()) {
+    // The tokens are read in place, split at the white space of XML, as the
+    // XML library's tokenizer splits them; that tokenizer leaks its copy of
+    // the text when an allocation fails in its constructor.
+    for (const XMLCh* token = text; *token != 0;) {
+        if (IsXMLSpace(*token)) {
+            ++token;
+            continue;
+        }
+        const XMLCh* end = token;
+        while (*end != 0 && !IsXMLSpace(*end))
+            ++end;
         double number = 0;
-        if (!ParseDouble(tokens.nextToken(), number)) {
+        if (!ParseDoubleSpan(token, end, number)) {
             values.clear();
             return false;
         }
         values.push_back(number);
+        token = end;
     }
     return true;
 }

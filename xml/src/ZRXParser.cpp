@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
 
@@ -106,6 +107,20 @@ public:
     std::string tag;
 };
 
+// Reads protected members of any DOM parser of the XML library: the address
+// of a protected member taken through a derived class is an ordinary pointer
+// to a member of the base, usable on any object of it.
+struct ZRXParserPeek : xercesc::XercesDOMParser {
+    static bool InProgress(const xercesc::AbstractDOMParser& parser)
+    {
+        return (parser.*(&ZRXParserPeek::getParseInProgress))();
+    }
+    static xercesc::MemoryManager* Memory(const xercesc::AbstractDOMParser& parser)
+    {
+        return (parser.*(&ZRXParserPeek::getMemoryManager))();
+    }
+};
+
 } // namespace
 
 bool GetDocumentElementTag(std::istream& stream, std::string& tag)
@@ -136,6 +151,28 @@ bool GetDocumentElementTag(std::istream& stream, std::string& tag)
     return found;
 }
 
+bool ParserIsSpent(const xercesc::XercesDOMParser& parser)
+{
+    return ZRXParserPeek::InProgress(parser);
+}
+
+xercesc::MemoryManager* ParserMemory(const xercesc::XercesDOMParser& parser)
+{
+    return ZRXParserPeek::Memory(parser);
+}
+
+void RethrowAllocationFailure()
+{
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const xercesc::OutOfMemoryException&) {
+        throw;
+    } catch (...) {
+    }
+}
+
 ZRXDOMParser* NewDOMParser()
 {
     return new ZRXDOMParser();
@@ -144,7 +181,7 @@ ZRXDOMParser* NewDOMParser()
 ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
                                    const xercesc::InputSource* source, const char* path,
                                    std::string& message)
-{
+try {
     const ZRCommon::ZRStatus failed(ZRCommon::eCannotParse, false);
     message.clear();
     if (!source && !path)
@@ -164,7 +201,7 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
         try {
             file.open(path, std::ios::in | std::ios::binary);
             if (file.is_open())
-                fileSource.reset(new ZRXInputSource(file));
+                fileSource.reset(new ZRXInputSource(file, ParserMemory(parser)));
         } catch (...) {
         }
         if (!fileSource) {
@@ -193,7 +230,19 @@ ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
         message = std::move(errors.message);
         return failed;
     }
+    const ZRXInputSource* stream = dynamic_cast<const ZRXInputSource*>(source);
+    if (stream != nullptr && stream->StreamBroken()) {
+        // The stream failed before its end: what was read is not the whole
+        // document, whether or not it is well-formed.
+        message = "the stream broke while the document was read";
+        return failed;
+    }
     return ZRCommon::ZRStatus();
+} catch (...) {
+    // Memory ran out outside the parse itself (opening the file, or telling
+    // the failure): a failed parse all the same.
+    message.clear();
+    return ZRCommon::ZRStatus(ZRCommon::eCannotParse, false);
 }
 
 } // namespace ZRXPrsUtil

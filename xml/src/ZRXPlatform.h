@@ -19,6 +19,22 @@
 // Rule for callers: every object of the XML library that a holder made
 // (parsers, documents, serialisers, transcoders) must be destroyed before the
 // holder's Release.
+//
+// A failed start. The XML library is started with a panic handler that
+// throws instead of the library's default one, which prints "Unknown reason"
+// and ends the process with exit(): a start that fails (memory runs out in
+// it, or the transcoding service can't be made) thus gives 103 to the object
+// that asked, and the host process goes on. This departs from starting the
+// XML library with no panic handler of our own. The XML library can't be
+// started again in that process, though: Initialize counts the start as done
+// before it does anything, keeps what it made up to the failure, and its
+// Terminate, which would take that down and reset the count, dereferences
+// objects made late in the start (the document behind DOMDocumentTypeImpl)
+// and crashes on a start that did not get that far. So a failed start is
+// left as it is, and from then on every Acquire of the process fails at once
+// (every reader and ZRXMLReadWrite then gives 103); what the failed start
+// made stays allocated to process end. Nothing of it is in this library's
+// code: the start is the XML library's alone.
 #ifndef ZRPARSEXMLR_ZRXPLATFORM_H
 #define ZRPARSEXMLR_ZRXPLATFORM_H
 
@@ -27,7 +43,8 @@ namespace ZRXPrsUtil {
 class ZRXPlatform {
 public:
     // Takes one share: the first share starts the XML library. False (and no
-    // share taken) if it can't be started; never throws.
+    // share taken) if it can't be started, then and for the rest of the
+    // process; never throws.
     static bool Acquire();
     // Gives one share back: the last one ends the XML library. Only after a
     // successful Acquire, exactly once for it.

@@ -9,11 +9,13 @@
 #include <zrparsexmlr/ZRXPrsUtil.h>
 #include <zrcommonr/ZRStatus.h>
 
+#include <exception>
 #include <string>
 #include <vector>
 
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMAttr;
+class MemoryManager;
 class XercesDOMParser;
 XERCES_CPP_NAMESPACE_END
 
@@ -125,6 +127,66 @@ ZRXDOMParser* NewDOMParser();
 ZRCommon::ZRStatus ParseWithParser(xercesc::XercesDOMParser& parser,
                                    const xercesc::InputSource* source, const char* path,
                                    std::string& message);
+
+// True when `parser` can't parse again. The XML library ends a parse that ran
+// out of memory with its OutOfMemoryException and then, on purpose, leaves the
+// parser marked as parsing (undoing what it had set up could need memory
+// too): every later parse of that parser fails. Only a new parser helps.
+bool ParserIsSpent(const xercesc::XercesDOMParser& parser);
+
+// The memory manager that `parser` allocates through: for the library's
+// parsers their own (ZRXOwnedMemory), which the sources of their parses use
+// too (ZRXInputSource).
+xercesc::MemoryManager* ParserMemory(const xercesc::XercesDOMParser& parser);
+
+// Replaces `parser` (owned) by `make()` if it is spent. False, with `parser`
+// as it was, when the new parser can't be made; a reader then fails the parse
+// at hand with 103 and tries again at the next one.
+template <class Parser, class Make>
+bool RenewSpentParser(Parser*& parser, Make make)
+{
+    if (parser == nullptr || !ParserIsSpent(*parser))
+        return true;
+    Parser* fresh = nullptr;
+    try {
+        fresh = make();
+    } catch (...) {
+        return false;
+    }
+    delete parser;
+    parser = fresh;
+    return true;
+}
+
+// Puts `value` back as it was at construction when the scope is left by an
+// exception, so that an operation that fails half-way (a failed allocation)
+// leaves the caller's object as it found it.
+template <class T>
+class ZRXRestoreOnThrow {
+public:
+    explicit ZRXRestoreOnThrow(T& value)
+        : m_value(value), m_saved(value), m_exceptions(std::uncaught_exceptions())
+    {}
+    ~ZRXRestoreOnThrow()
+    {
+        if (std::uncaught_exceptions() > m_exceptions)
+            m_value = m_saved;
+    }
+    ZRXRestoreOnThrow(const ZRXRestoreOnThrow&) = delete;
+    ZRXRestoreOnThrow& operator=(const ZRXRestoreOnThrow&) = delete;
+
+private:
+    T& m_value;
+    const T m_saved;
+    const int m_exceptions;
+};
+
+// Called in a handler that swallows exceptions: passes an allocation failure
+// (std::bad_alloc, the XML library's OutOfMemoryException) on and returns for
+// any other exception. Helpers that turn a failure into an empty or false
+// result thus never turn a lack of memory into a wrong answer: it reaches the
+// public operation, which reports it with its own code.
+void RethrowAllocationFailure();
 
 } // namespace ZRXPrsUtil
 

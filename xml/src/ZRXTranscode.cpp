@@ -162,6 +162,7 @@ ZRXTranscoder::ZRXTranscoder(const char* encoding) : m_transcoder(nullptr)
         else
             delete made;
     } catch (...) {
+        RethrowAllocationFailure();
         m_transcoder = nullptr;
     }
 }
@@ -201,6 +202,7 @@ std::vector<XMLCh> ZRXTranscoder::TranscodeFrom(const char* text) const
                 remaining -= eaten;
             }
         } catch (...) {
+            RethrowAllocationFailure();
             result.clear();
         }
     }
@@ -232,6 +234,7 @@ std::string ZRXTranscoder::TranscodeTo(const XMLCh* text) const
             remaining -= eaten;
         }
     } catch (...) {
+        RethrowAllocationFailure();
         result.clear();
     }
     return result;

@@ -22,7 +22,19 @@ ZRUniStats::ZRUniStats(const std::string& fieldName, double totalFreq, const Sum
 {}
 
 ZRUniStats::ZRUniStats(const ZRUniStats&) = default;
-ZRUniStats& ZRUniStats::operator=(const ZRUniStats&) = default;
+// All or nothing: the copy is made first, so a failed allocation leaves the
+// object as it was.
+ZRUniStats& ZRUniStats::operator=(const ZRUniStats& other)
+{
+    ZRUniStats copy(other);
+    m_kind = copy.m_kind;
+    m_fieldName.swap(copy.m_fieldName);
+    m_totalFreq = copy.m_totalFreq;
+    m_summary = copy.m_summary;
+    m_cutPoints.swap(copy.m_cutPoints);
+    m_frequencies.swap(copy.m_frequencies);
+    return *this;
+}
 ZRUniStats::~ZRUniStats() = default;
 
 bool ZRUniStats::IsValid() const

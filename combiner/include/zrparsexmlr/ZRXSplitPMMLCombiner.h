@@ -125,9 +125,14 @@
 //  - The split values are matched to the variables by position and count
 //    only; their texts are not compared with the variables' value texts, so a
 //    model may stand for a value that the list does not record.
-//  - An error of the XML library's DOM while a model is taken ends AddModel
-//    with 104 instead of leaving by an exception. A first model then leaves
-//    nothing behind; a later one may leave part of itself in the output.
+//  - An error of the XML library's DOM, or a failed allocation, while a model
+//    is taken ends AddModel with 104 instead of leaving by an exception, and
+//    the output is as it was before the call (a later model's merge is undone
+//    step by step), so the same AddModel made again gives the normal result.
+//    Memory gone before the model is read gives 104 too, or 103 where no
+//    parser can be made; memory gone in the constructor is made good by the
+//    next AddModel, which reads the split variables again first. No
+//    exception leaves any operation.
 //
 // Threads: any number of objects of the library may be used at once, each by
 // one thread at a time. Starting and ending the XML library is shared by all
@@ -143,6 +148,7 @@
 #include <zrcommonr/ZRVarList.h>
 
 #include <cstddef>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <unordered_map>
@@ -151,6 +157,8 @@
 #include <vector>
 
 namespace ZRXPrsUtil {
+
+class ZRXOwnedMemory;
 
 class ZRXPRS_API ZRXSplitPMMLCombiner {
 public:
@@ -164,10 +172,16 @@ public:
     // Takes the model of the PMML file at `path`, built for the split values
     // `values` (one per split variable, in list order).
     ZRCommon::ZRStatus AddModel(const std::string& path, const std::vector<std::string>& values);
-    // Writes the merged document to `path` and releases it, whether the write
-    // succeeds or not (118: the file can't be written). Before any accepted
-    // model it returns the last status and writes nothing; an empty path
-    // writes nothing and gives OK.
+    // Writes the merged document to `path` and releases it (118: the file
+    // can't be written). Before any accepted model it returns the last status
+    // and writes nothing; an empty path writes nothing and gives OK.
+    // The file is replaced whole or not at all (ZRXMLReadWrite::WriteFromDOM):
+    // a failed write, a full disk or a failed allocation among them, leaves
+    // the file that was at `path` as it was, not cut off half-way as a write
+    // straight onto the path did. And a failed write keeps the merged
+    // document, so the export can be made again (to another path, or once
+    // there is room): this departs from releasing it whatever the outcome,
+    // which lost the work of every AddModel on a full disk.
     ZRCommon::ZRStatus ExportMiningModel(const std::string& path);
 
     // The strict PMML form with true, the literal form with false (the
@@ -354,6 +368,31 @@ private:
     xercesc::DOMNode* transDictionary;
     xercesc::DOMNode* dataFieldsEnd;
     std::unordered_map<std::string, const xercesc::DOMElement*> functions;
+
+    // The memory of `document`, freed after it.
+    std::unique_ptr<ZRXOwnedMemory> documentMemory;
+
+    // The undo of a later model whose merge fails half-way: the output as it
+    // was before the merge, and each known field as it was before it gained
+    // its first new Value in the merge.
+    struct OutputMark {
+        std::size_t fields = 0;
+        std::size_t miningFields = 0;
+        int models = 0;
+        xercesc::DOMNode* lastField = nullptr;
+        xercesc::DOMNode* lastMiningField = nullptr;
+        xercesc::DOMNode* lastSegment = nullptr;
+    };
+    struct FieldMark {
+        std::size_t field;
+        std::size_t values;
+        xercesc::DOMNode* lastChild;
+    };
+    bool ReadSplitVariables();
+    OutputMark MarkOutput() const;
+    void MarkField(std::size_t field);
+    void RollBack(const OutputMark& mark);
+    std::vector<FieldMark> touchedFields;
 };
 
 } // namespace ZRXPrsUtil

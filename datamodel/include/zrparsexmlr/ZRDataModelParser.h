@@ -22,7 +22,10 @@
 // library's limit; external DTDs are not loaded); 105 the document element
 // is not "DataModel"; 113 it has no "Fields" child; 107 FillVarList without a
 // parsed document; 108 a Field lacks "name", "storage" or "measure"; 109 its
-// "storage" is unknown; 111 the ZRVarList refused the variable.
+// "storage" is unknown; 111 the ZRVarList refused the variable. A failed
+// allocation gives 103 in the constructor, 104 in ParseToDOM (no document is
+// held) and 130 in FillVarList (what was added before stays); no exception
+// leaves any operation, and the object stays usable.
 //
 // Each object takes a share of the XML library's start in its constructor and
 // gives it back in its destructor. One object reads any number of documents

@@ -27,6 +27,12 @@ namespace ZRMEM_NAMESPACE {
 //
 // SetSystem leaves the UTF-16 form as it was.
 //
+// Memory: a setter, Clear or an assignment that can't have the memory for
+// every form changes nothing and ErrorCode() gives 2; so does a lazy refresh,
+// which then keeps the forms it had. An object whose construction or copy
+// found no memory holds the empty name and answers ErrorCode() 2 until a
+// setter succeeds. No operation throws.
+//
 // Const getters may refresh the object, so an object is for one thread at a
 // time. Copies are deep and independent.
 class ZRXPRS_API ExtNameStr {
@@ -62,11 +68,16 @@ public:
 
 private:
     struct Record;
+    // The held record, or an empty one when there is none.
+    const Record& Rec() const;
+    // Makes every form from the master `u8` (moved in) and takes them, with
+    // `code` the code of making the master; nothing changes when memory runs
+    // out for any of them.
+    void Install(std::string& u8, int code);
     void Refresh() const;
     void RefreshIfStale() const;
-    void AfterMasterChanged();
 
-    Record* m_rec;
+    Record* m_rec; // null when memory ran out for it
 };
 
 } // namespace ZRMEM_NAMESPACE

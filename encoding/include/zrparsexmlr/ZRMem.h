@@ -220,6 +220,11 @@ ZRXPRS_API int VORKMBIsLeadByte_C(unsigned int byte);
 // ---------------------------------------------------------------------------
 // Conversions
 // ---------------------------------------------------------------------------
+// Memory: no conversion throws. Where the converter (a clone of the default
+// one, or a new one) or the scratch room can't be had, because memory ran out
+// in ICU or in the library, the result code is 2, never 3; the functions that
+// open a converter and the new-array forms give null.
+//
 // Fixed-buffer form (lower-case "to"): target, capacity in target units,
 // source, source length in source units (negative: NUL-terminated), and an
 // optional int* for the result code. The result is the length written, in

@@ -30,6 +30,12 @@ namespace ZRXPrsUtil {
 // one thread at a time. Starting and ending the XML library is shared by all
 // objects of the process and guarded, so objects on different threads may be
 // made and destroyed side by side.
+//
+// A failed allocation gives 103 in the constructor, 104 in ParseToDOM (103
+// when the parser that a failed parse used up can't be made anew; the next
+// parse tries again) and 130 in FillVarList and FillUniStats; GetXercesMessage
+// then gives "". No exception leaves any operation, nothing is lost, and the
+// object stays usable: the same call made again works.
 class ZRXPRS_API ZRPMMLParser {
 public:
     // Takes a share of the XML library's start and makes the DOM parser; any
@@ -129,7 +135,8 @@ public:
     // untouched). Not null and a failure: that element is faulty and the next
     // call moves past it. Position untouched: no usable document (the held
     // status, or 107) or no model chosen (112). `stats` is assigned only on
-    // success.
+    // success. A failed allocation gives 130 with both untouched, so the
+    // same call made again reads the same element.
     // The text "NaN" stands for the missing value everywhere: a NaN margin of
     // an Interval counts as absent, a NaN standard deviation as not given,
     // while a NaN totalFreq (109) or frequency (114) is refused, as a missing

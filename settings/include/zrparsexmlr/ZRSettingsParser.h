@@ -18,7 +18,11 @@
 // for; 119 the document has no Parameters element; 120 (flag true) no
 // parameter of that name in the scope; 121 one value asked for and the
 // parameter is a list; 122 isList is "true" and there is no ListValue; 123
-// (flag true) the parameter, or an item of its list, holds no value.
+// (flag true) the parameter, or an item of its list, holds no value; 130
+// memory ran out (the lists given keep what was read before; a failed
+// allocation in ParseToDOM gives 104, in GetParameterType ParamTypeInvalid,
+// in GetComplexParameter null). No exception leaves any operation, and the
+// same call made again works.
 //
 // Parameter names are UTF-8 and compared exactly, code unit by code unit. A
 // null name, and a name that is not valid UTF-8, name no parameter (120, or

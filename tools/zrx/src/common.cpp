@@ -1,14 +1,23 @@
 // Helpers shared by the subcommands.
 #include "zrx.h"
 
+#include <zrparsexmlr/ZRXMLReadWrite.h>
 #include <zrcommonr/ZRFormat.h>
 #include <zrcommonr/ZRStatusCodes.h>
 
+#include <cerrno>
+#include <csignal>
+#include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
 #include <sstream>
+#include <poll.h>
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
 #include <system_error>
 
 namespace zrx {
@@ -49,6 +58,7 @@ const char* StatusMeaning(long code)
         return "split model with a DefineFunction that the output defines otherwise";
     case ZRCommon::ePrefixBoundOtherwise:
         return "split model with a namespace prefix that the output binds otherwise";
+    case ZRCommon::eOutOfMemory: return "memory ran out";
     default: return "unknown status";
     }
 }
@@ -86,6 +96,57 @@ bool ReadInput(const std::string& path, std::string& text, std::string& error)
 std::string NumberText(double value)
 {
     return ZRXML_NAMESPACE::Format(value, false, nullptr);
+}
+
+namespace {
+
+const int kCleanedSignals[] = {SIGINT, SIGTERM, SIGHUP, SIGPIPE, SIGXFSZ};
+
+// Async-signal-safe: removes the unfinished files, then lets the signal end
+// the process as it would have without zrx's handler.
+extern "C" void EndOnSignal(int signal)
+{
+    ZRXPrsUtil::RemoveUnfinishedFiles();
+    struct sigaction action {};
+    action.sa_handler = SIG_DFL;
+    sigemptyset(&action.sa_mask);
+    sigaction(signal, &action, nullptr);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, signal);
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+    raise(signal);
+}
+
+} // namespace
+
+void InstallSignalHandlers()
+{
+    struct sigaction action {};
+    action.sa_handler = EndOnSignal;
+    sigemptyset(&action.sa_mask);
+    for (int signal : kCleanedSignals) {
+        // A signal that the caller has zrx ignore stays ignored.
+        struct sigaction before {};
+        if (sigaction(signal, nullptr, &before) == 0 && before.sa_handler != SIG_IGN)
+            sigaction(signal, &action, nullptr);
+    }
+}
+
+int FinishOutput(int status)
+{
+    errno = 0;
+    std::cout.flush();
+    const bool failed = !std::cout || std::fflush(stdout) != 0 || std::ferror(stdout);
+    if (!failed)
+        return status;
+    // A pipe whose reader went away; the write's errno may be gone by now.
+    pollfd out = {STDOUT_FILENO, POLLOUT, 0};
+    if (errno == EPIPE || (poll(&out, 1, 0) == 1 && (out.revents & POLLERR) != 0))
+        EndOnSignal(SIGPIPE);
+    std::cerr << "zrx: can't write standard output" << (errno != 0 ? ": " : "")
+              << (errno != 0 ? std::strerror(errno) : "") << "\n";
+    return kExitOutput;
 }
 
 } // namespace zrx

@@ -23,11 +23,9 @@ const char* const kExitStatuses =
     "  2  bad arguments or a bad manifest line; nothing was done\n"
     "  3  validate: no bundled schema for a document's PMML version\n"
     "  4  combine --keep-going: written without the refused models, or invalid\n"
-    "  5  combine: the output file can't be written\n";
+    "  5  the output can't be written: combine's output file, or standard output\n";
 
-} // namespace
-
-int main(int argc, char** argv)
+int Run(int argc, char** argv)
 {
     CLI::App app{"zrx - inspect, validate and combine DataModel, PMML and settings documents"};
     app.name("zrx");
@@ -138,4 +136,12 @@ int main(int argc, char** argv)
         std::cerr << "zrx: unexpected error\n";
     }
     return zrx::kExitFailed;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    zrx::InstallSignalHandlers();
+    return zrx::FinishOutput(Run(argc, argv));
 }

@@ -27,6 +27,7 @@
 #include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/sax2/XMLReaderFactory.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PanicHandler.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -36,6 +37,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 #include <unistd.h>
@@ -119,9 +121,28 @@ private:
     }
 };
 
-// Owns the XML library's start for the life of the validator.
+// Owns the XML library's start for the life of the validator. A start that
+// fails (memory runs out in it) is reported by an exception, which main turns
+// into a message and status 1: the XML library's own panic handler would end
+// the process with "Unknown reason". A failed start is not terminated, which
+// the XML library can't do on a half-made start.
 struct XMLLibrary {
-    XMLLibrary() { xercesc::XMLPlatformUtils::Initialize(); }
+    struct Panic : xercesc::PanicHandler {
+        void panic(const PanicReasons) override
+        {
+            throw std::runtime_error("the XML library can't be started");
+        }
+    };
+    XMLLibrary()
+    {
+        static Panic panic;
+        try {
+            xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
+                                                  &panic, nullptr);
+        } catch (...) {
+            throw std::runtime_error("the XML library can't be started");
+        }
+    }
     ~XMLLibrary() { xercesc::XMLPlatformUtils::Terminate(); }
     XMLLibrary(const XMLLibrary&) = delete;
     XMLLibrary& operator=(const XMLLibrary&) = delete;

@@ -17,8 +17,28 @@ enum ExitStatus {
     kExitUsage = 2,    // bad arguments or a bad manifest line; nothing done
     kExitNoSchema = 3, // validate: no bundled schema for a document's PMML version
     kExitPartial = 4,  // combine --keep-going: written without the refused models, or invalid
-    kExitOutput = 5    // combine: the output file can't be written
+    kExitOutput = 5    // the output can't be written: combine's file, or standard output
 };
+
+// The one policy of every subcommand on signals and standard output.
+//
+// InstallSignalHandlers: on SIGINT, SIGTERM, SIGHUP, SIGPIPE and SIGXFSZ
+// (the file size limit) zrx removes the temporary file of a write in
+// progress (ZRXPrsUtil::RemoveUnfinishedFiles, which is async-signal-safe),
+// so that an interrupted combine leaves the output file as it was and
+// nothing beside it, and then ends by the same signal with its default
+// action. A signal that the caller has ignored stays ignored: a write that
+// meets the file size limit then fails (118, exit status 5), and a reader
+// that goes away shows as a broken pipe at the end (FinishOutput).
+void InstallSignalHandlers();
+
+// Flushes standard output once the subcommand is done and gives the exit
+// status: `status`, or kExitOutput with a message on standard error when
+// standard output could not be written (a full disk, a closed descriptor).
+// A broken pipe ends zrx quietly by SIGPIPE, as any filter ends when its
+// reader goes away (zrx inspect big.pmml | head -1), also where the caller
+// had SIGPIPE ignored.
+int FinishOutput(int status);
 
 // The meaning of a ZRStatus code in a few words, "unknown status" for a code
 // that the library does not give.

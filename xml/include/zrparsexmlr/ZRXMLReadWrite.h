@@ -35,9 +35,12 @@
 //        asks for external entities, a missing file all give 104 and never an
 //        exception; GetXercesMessage tells the cause where the XML library
 //        gave one;
-//   118  the document can't be written: the file can't be opened, a write or
-//        the closing of the file fails, or the serialiser refuses the
-//        document. No exception leaves WriteFromDOM.
+//   118  the document can't be written: the file can't be made, a write,
+//        the sync or the closing of the file or its rename fails, or the
+//        serialiser refuses the document. No exception leaves WriteFromDOM.
+// A failed allocation gives 103 in the constructor, 104 in ParseToDOM and 118
+// in WriteFromDOM, and the object stays usable: no exception leaves any
+// operation, and the same call made again works.
 // A following successful parse or write empties GetXercesMessage.
 #ifndef ZRPARSEXMLR_ZRXMLREADWRITE_H
 #define ZRPARSEXMLR_ZRXMLREADWRITE_H
@@ -74,6 +77,21 @@ public:
     // The serialiser takes about 128 bytes of stack per level: a document that
     // did not come from a parser of this library (which refuses more than
     // 2,000 levels) must fit the caller's stack.
+    //
+    // The file is replaced, never truncated: the document goes to a new
+    // temporary file in the same folder, which is synced and renamed over
+    // `path` only once the whole document is in it; the folder is synced
+    // after the rename. A write that fails for any reason (a full disk, a file
+    // size limit, a failed allocation) gives 118 and leaves the file that was
+    // at `path` exactly as it was, and removes the temporary file. This
+    // departs from writing through a file target made on the path itself,
+    // which truncates the old file first, so that a failure half-way lost a
+    // good document and left a cut one in its place. An existing file keeps
+    // its permission bits; a symbolic link is written through (the file it
+    // names is replaced, the link stays); a target that is no regular file
+    // (/dev/null, a FIFO) is written in place; the folder must be writable.
+    // After a 118 GetXercesMessage names the path and the system's reason
+    // where the XML library gave no message.
     ZRCommon::ZRStatus WriteFromDOM(const std::string& path,
                                     const xercesc::DOMDocument* document = nullptr) const;
 
@@ -96,6 +114,15 @@ private:
     mutable std::string xercesMessage;
     xercesc::DOMDocument* document;
 };
+
+// Removes the temporary file of every write of this library that is in
+// progress in the process (WriteFromDOM, and through it the combiner's
+// ExportMiningModel). Async-signal-safe: it reads a fixed table without locks
+// and calls unlink() alone, so a host may call it from its handler of SIGINT
+// or SIGTERM before it ends, and no half-written temporary file stays
+// behind. The files that those writes were to replace are untouched. A write
+// that goes on after the call fails with 118.
+ZRXPRS_API void RemoveUnfinishedFiles();
 
 } // namespace ZRXPrsUtil
 

@@ -5,6 +5,12 @@
 //
 // Every function here needs the XML library to be initialised, which the
 // constructors of ZRXMLReadWrite, ZRDataModelParser and ZRPMMLParser do.
+//
+// A lack of memory is not a fault of the text: where these helpers turn a
+// failure into an empty, false or -1 result, a failed allocation still passes
+// to the caller as std::bad_alloc or the XML library's OutOfMemoryException,
+// as it does from the XML library's own DOM calls. (The readers, the combiner
+// and ZRXMLReadWrite, which call them, catch it and report a status.)
 #ifndef ZRPARSEXMLR_ZRXPRSUTIL_H
 #define ZRPARSEXMLR_ZRXPRSUTIL_H
 
@@ -152,11 +158,22 @@ ZRXPRS_API bool SetAttribute(xercesc::DOMElement& element, const char* name, dou
 // off by it fails to parse (104), and a stream whose exception mask includes
 // failbit, which throws at its end, reads like any other. (Bytes that the
 // stream had taken but not yet handed out when it threw are lost with it.)
+// A stream that broke (badbit: a read error of its buffer, or an exception
+// of it) has not given the whole document, however well-formed the part read
+// looks: the library's parsers fail such a parse with 104 (StreamBroken).
+// The stream itself is left to the caller as it is.
 class ZRXPRS_API ZRXInputSource : public xercesc::InputSource {
 public:
     explicit ZRXInputSource(std::istream& stream);
+    // The source and the reading stream that it makes for the parser take
+    // their memory from `manager`: the library's parsers pass their own, so
+    // that the stream is freed with the parser even where the XML library
+    // loses it (a failed allocation while it sets up the reader).
+    ZRXInputSource(std::istream& stream, xercesc::MemoryManager* manager);
     ~ZRXInputSource() override;
     xercesc::BinInputStream* makeStream() const override;
+    // True when the stream has broken (badbit set).
+    bool StreamBroken() const;
 
 private:
     std::istream& m_stream;

@@ -38,7 +38,8 @@ enum StatusCode : long {
     // stand in one schema-valid output beside the models taken before:
     eOtherPMMLNamespace = 127,       // in another PMML namespace (version) than the first model
     eFunctionDefinedOtherwise = 128, // a DefineFunction whose name the output defines otherwise
-    ePrefixBoundOtherwise = 129      // a namespace prefix that the output binds otherwise
+    ePrefixBoundOtherwise = 129,     // a namespace prefix that the output binds otherwise
+    eOutOfMemory = 130               // memory ran out: a query could not allocate what it needed
 };
 
 } // namespace ZRCommon
