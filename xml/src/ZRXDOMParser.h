@@ -28,7 +28,12 @@ struct ZRXSecurityHolder {
 // A DOM parser hardened for documents that come from users:
 //   - it resolves no external entity (a document that uses one fails to
 //     parse), loads no external DTD (it is skipped and the parse goes on) and
-//     stops entity expansion at the XML library's default limit of 50,000;
+//     stops a document that expands entities of its internal DTD more than
+//     kMaxEntityExpansions times. Each expansion costs the XML library a
+//     reader of some 160 KB, so the library's own default of 50,000 lets a
+//     hostile document of a few hundred bytes churn through 8 GB of memory
+//     before it is refused (minutes under a memory checker); no document of
+//     ours needs more than a handful of expansions;
 //   - it expands every entity reference into its text (no entity reference
 //     node is made), so that nodes copied out of the document mean the same in
 //     a document without the DTD;
@@ -62,6 +67,7 @@ struct ZRXSecurityHolder {
 class ZRXDOMParser : private Detail::ZRXSecurityHolder, public xercesc::XercesDOMParser {
 public:
     static const XMLSize_t kMaxDepth = 2000;
+    static const XMLSize_t kMaxEntityExpansions = 1000;
 
     ZRXDOMParser();
     ~ZRXDOMParser() override;
