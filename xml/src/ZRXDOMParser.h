@@ -110,8 +110,12 @@ public:
     struct ZRXTooDeep {};
 
 protected:
-    // The level of the element being started (in startElement) or of the
-    // innermost open element (elsewhere); 0 outside the document element.
+    // The number of elements open now (0 outside the document element). A
+    // derived parser's startElement that asks before it calls this class's
+    // startElement gets the level of the new element's parent; its
+    // endElement, asking before it calls this class's endElement, the level
+    // of the element that ends; its content events, the level of the element
+    // the content is in.
     XMLSize_t Depth() const { return m_depth; }
 
 private:
