@@ -1,27 +1,19 @@
 // Replays saved inputs through a fuzz target without libFuzzer, so that the
 // ordinary test run (any compiler, with or without sanitizers) keeps every
-// seed and every input that once crashed, hung or ran out of memory working.
+// seed and every input that once crashed or hung the fuzzer working.
 //
-//   replay_<target> [-runs=N] [-max_growth_mb=M] FILE|FOLDER...
+//   replay_<target> FILE|FOLDER...
 //
 // Every file named, and every regular file of a folder named (in name order),
-// goes through LLVMFuzzerTestOneInput N times (1 by default). With a limit,
-// the replay fails when the peak resident size of the process grows by more
-// than M megabytes over the second half of an input's runs: a target that
-// keeps something of every input grows without end over many runs of one
-// ordinary document, while the first half leaves room for what the process
-// sets up once (and for the quarantine of freed memory of AddressSanitizer,
-// at most 256 MB by default). Exits 0 when every input was
-// replayed; 1 when there is none, on an unreadable input or a passed limit.
-// A crash ends the process as it would end the fuzzer.
-#include <sys/resource.h>
-
+// goes through LLVMFuzzerTestOneInput once. Exits 0 when every input was
+// replayed; 1 when there is none or an input can't be read. A crash ends the
+// process as it would end the fuzzer. (An input that once made the fuzzer run
+// out of memory by growth over many runs is kept for the fuzzer; the test
+// suite checks that growth directly, see tests/host/ReuseTest.cpp.)
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -45,35 +37,14 @@ bool ReadFile(const fs::path& path, std::vector<std::uint8_t>& bytes)
     return !in.bad();
 }
 
-long PeakRssMb()
-{
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    return usage.ru_maxrss / 1024;
-}
-
-// Reads the number of "-name=value" into `value`; false if `arg` is not that flag.
-bool Flag(const char* arg, const char* name, long& value)
-{
-    const std::size_t length = std::strlen(name);
-    if (std::strncmp(arg, name, length) != 0 || arg[length] != '=')
-        return false;
-    value = std::strtol(arg + length + 1, nullptr, 10);
-    return true;
-}
-
 } // namespace
 
 int main(int argc, char** argv)
 {
     if (LLVMFuzzerInitialize)
         LLVMFuzzerInitialize(&argc, &argv);
-    long runs = 1;
-    long maxGrowthMb = 0;
     std::vector<fs::path> inputs;
     for (int i = 1; i < argc; ++i) {
-        if (Flag(argv[i], "-runs", runs) || Flag(argv[i], "-max_growth_mb", maxGrowthMb))
-            continue;
         std::error_code error;
         if (fs::is_directory(argv[i], error)) {
             std::vector<fs::path> files;
@@ -97,27 +68,13 @@ int main(int argc, char** argv)
             std::fprintf(stderr, "replay: cannot read %s\n", input.c_str());
             return 1;
         }
-        long halfwayMb = PeakRssMb();
-        for (long run = 0; run < runs; ++run) {
-            if (run == runs / 2)
-                halfwayMb = PeakRssMb();
-            // A copy of exactly the input's size, so that a read past its end
-            // is caught under AddressSanitizer, as in the fuzzer; never null,
-            // even for an empty input.
-            std::unique_ptr<std::uint8_t[]> copy(new std::uint8_t[bytes.size()]);
-            std::copy(bytes.begin(), bytes.end(), copy.get());
-            LLVMFuzzerTestOneInput(copy.get(), bytes.size());
-        }
-        const long growthMb = PeakRssMb() - halfwayMb;
-        if (maxGrowthMb > 0 && growthMb > maxGrowthMb) {
-            std::fprintf(stderr,
-                         "replay: %s: peak resident size grew by %ld MB over the last %ld of %ld "
-                         "runs (limit %ld MB)\n",
-                         input.c_str(), growthMb, runs - runs / 2, runs, maxGrowthMb);
-            return 1;
-        }
+        // A copy of exactly the input's size, so that a read past its end is
+        // caught under AddressSanitizer, as in the fuzzer; never null, even
+        // for an empty input.
+        std::unique_ptr<std::uint8_t[]> copy(new std::uint8_t[bytes.size()]);
+        std::copy(bytes.begin(), bytes.end(), copy.get());
+        LLVMFuzzerTestOneInput(copy.get(), bytes.size());
     }
-    std::printf("replay: %zu inputs, %ld runs each, peak resident size %ld MB\n", inputs.size(),
-                runs, PeakRssMb());
+    std::printf("replay: %zu inputs\n", inputs.size());
     return 0;
 }

@@ -28,11 +28,12 @@ std::size_t LiveBytes()
     return info.uordblks + info.hblkhd;
 }
 
-const int kParses = 2000;
-// What the memory may grow by over all parses after the first ones: a small
-// part of one document's DOM, which is some hundred KB for the documents
-// below.
-const std::size_t kAllowedGrowth = 256 * 1024;
+const int kParses = 250;
+// What the live heap may grow by over all parses after the first ones: 128
+// bytes a parse, a small part of one document's DOM, which is some hundred KB
+// for the documents below. The count of live bytes is exact (freed memory in
+// a sanitizer's quarantine is not live), so a short run tells.
+const std::size_t kAllowedGrowth = 32 * 1024;
 
 // Runs `parse` kParses times after a few first ones and gives the growth of
 // the live heap per parse; stops early once the growth is past the allowed.
@@ -44,7 +45,7 @@ double GrowthPerParse(const std::function<bool()>& parse)
     int done = 0;
     std::size_t after = before;
     while (done < kParses) {
-        for (int i = 0; i < 250; ++i, ++done)
+        for (int i = 0; i < 50; ++i, ++done)
             if (!parse()) {
                 ADD_FAILURE() << "parse " << done << " failed";
                 return 0;

@@ -11,7 +11,7 @@ ZRXDOMParser::ZRXDOMParser()
     : xercesc::XercesDOMParser(nullptr, &memory, nullptr), m_depth(0), m_tooDeep(false),
       m_fieldsInDOM(true)
 {
-    security.setEntityExpansionLimit(xercesc::SecurityManager::ENTITY_EXPANSION_LIMIT);
+    security.setEntityExpansionLimit(kMaxEntityExpansions);
     setDisableDefaultEntityResolution(true);
     setLoadExternalDTD(false);
     setCreateEntityReferenceNodes(false);

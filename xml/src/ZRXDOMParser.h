@@ -36,7 +36,12 @@ struct ZRXMemoryHolder {
 // A DOM parser hardened for documents that come from users:
 //   - it resolves no external entity (a document that uses one fails to
 //     parse), loads no external DTD (it is skipped and the parse goes on) and
-//     stops entity expansion at the XML library's default limit of 50,000;
+//     stops a document that expands entities of its internal DTD more than
+//     kMaxEntityExpansions times. Each expansion costs the XML library a
+//     reader of some 160 KB, so the library's own default of 50,000 lets a
+//     hostile document of a few hundred bytes churn through 8 GB of memory
+//     before it is refused (minutes under a memory checker); no document of
+//     ours needs more than a handful of expansions;
 //   - it expands every entity reference into its text (no entity reference
 //     node is made), so that nodes copied out of the document mean the same in
 //     a document without the DTD;
@@ -72,6 +77,7 @@ class ZRXDOMParser : private Detail::ZRXMemoryHolder,
                      public xercesc::XercesDOMParser {
 public:
     static const XMLSize_t kMaxDepth = 2000;
+    static const XMLSize_t kMaxEntityExpansions = 1000;
 
     ZRXDOMParser();
     ~ZRXDOMParser() override;
@@ -114,8 +120,12 @@ public:
     struct ZRXTooDeep {};
 
 protected:
-    // The level of the element being started (in startElement) or of the
-    // innermost open element (elsewhere); 0 outside the document element.
+    // The number of elements open now (0 outside the document element). A
+    // derived parser's startElement that asks before it calls this class's
+    // startElement gets the level of the new element's parent; its
+    // endElement, asking before it calls this class's endElement, the level
+    // of the element that ends; its content events, the level of the element
+    // the content is in.
     XMLSize_t Depth() const { return m_depth; }
 
 private:

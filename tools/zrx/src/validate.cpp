@@ -190,7 +190,9 @@ public:
         }
         // From here on nothing is read but the documents themselves.
         reader->setFeature(XMLUni::fgXercesDisableDefaultEntityResolution, true);
-        security.setEntityExpansionLimit(xercesc::SecurityManager::ENTITY_EXPANSION_LIMIT);
+        // The readers' limit of entity expansions: a document they refuse for
+        // its expansions is not valid here either.
+        security.setEntityExpansionLimit(1000);
         reader->setProperty(XMLUni::fgXercesSecurityManager, &security);
     }
 
