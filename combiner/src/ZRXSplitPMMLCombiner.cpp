@@ -217,9 +217,17 @@ ZRXSplitPMMLCombiner::OutputMark ZRXSplitPMMLCombiner::MarkOutput() const
     mark.fields = fieldNames.size();
     mark.miningFields = miningFieldNames.size();
     mark.models = modelCount;
-    mark.lastField = dataDictionary != nullptr ? dataDictionary->getLastChild() : nullptr;
+    // New fields go before the first Taxonomy in the strict form, else last.
+    mark.lastField = dataFieldsEnd != nullptr    ? dataFieldsEnd->getPreviousSibling()
+                     : dataDictionary != nullptr ? dataDictionary->getLastChild()
+                                                 : nullptr;
     mark.lastMiningField = miningSchema != nullptr ? miningSchema->getLastChild() : nullptr;
     mark.lastSegment = segmentation != nullptr ? segmentation->getLastChild() : nullptr;
+    const xercesc::DOMElement* root =
+        document != nullptr ? document->getDocumentElement() : nullptr;
+    mark.rootAttributes = root != nullptr ? root->getAttributes()->getLength() : 0;
+    mark.transDictionary = transDictionary;
+    mark.lastFunction = transDictionary != nullptr ? transDictionary->getLastChild() : nullptr;
     return mark;
 }
 
@@ -230,14 +238,18 @@ void ZRXSplitPMMLCombiner::MarkField(std::size_t field)
 
 namespace {
 
-// Takes every child after `last` (all of them if it is null) out of
-// `parent`. The nodes stay in the document's memory until it is released.
-void RemoveChildrenAfter(xercesc::DOMNode* parent, const xercesc::DOMNode* last)
+// Takes every child after `last` (from the first if it is null) and before
+// `end` (to the last if it is null) out of `parent`. The nodes stay in the
+// document's memory until it is released.
+void RemoveChildrenAfter(xercesc::DOMNode* parent, const xercesc::DOMNode* last,
+                         const xercesc::DOMNode* end = nullptr)
 {
     if (parent == nullptr)
         return;
-    while (xercesc::DOMNode* child =
-               last != nullptr ? last->getNextSibling() : parent->getFirstChild())
+    xercesc::DOMNode* child;
+    while ((child = last != nullptr ? last->getNextSibling() : parent->getFirstChild()) !=
+               nullptr &&
+           child != end)
         parent->removeChild(child);
 }
 
@@ -272,9 +284,27 @@ void ZRXSplitPMMLCombiner::RollBack(const OutputMark& mark)
         }
     }
     touchedFields.clear();
-    RemoveChildrenAfter(dataDictionary, mark.lastField);
+    RemoveChildrenAfter(dataDictionary, mark.lastField, dataFieldsEnd);
     RemoveChildrenAfter(miningSchema, mark.lastMiningField);
     RemoveChildrenAfter(segmentation, mark.lastSegment);
+    // The strict form: the functions and the declarations the model brought.
+    // Attributes are added behind those there (the XML library keeps them in
+    // their order), and the name of a removed one is the attribute's own.
+    if (transDictionary != nullptr && mark.transDictionary == nullptr) {
+        transDictionary->getParentNode()->removeChild(transDictionary);
+        transDictionary = nullptr;
+    }
+    RemoveChildrenAfter(transDictionary, mark.lastFunction);
+    for (auto at = functions.begin(); at != functions.end();)
+        at = at->second->getParentNode() == nullptr ||
+                     at->second->getParentNode()->getParentNode() == nullptr
+                 ? functions.erase(at)
+                 : std::next(at);
+    if (xercesc::DOMElement* root = document->getDocumentElement()) {
+        xercesc::DOMNamedNodeMap* attributes = root->getAttributes();
+        while (attributes->getLength() > mark.rootAttributes)
+            root->removeAttribute(attributes->item(attributes->getLength() - 1)->getNodeName());
+    }
     // A name is indexed before it is listed, so the index is searched whole.
     ForgetFrom(fieldPositions, mark.fields);
     ForgetFrom(miningFieldPositions, mark.miningFields);

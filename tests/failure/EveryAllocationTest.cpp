@@ -138,10 +138,12 @@ struct Vars {
     }
 };
 
-std::unique_ptr<Case> PMMLDictionary()
+// The dictionary read as DOM, or with its fields streamed into records.
+std::unique_ptr<Case> PMMLDictionary(bool fieldsInDOM)
 {
     auto c = std::make_unique<Case>();
     auto& reader = Hold(*c, new ZRXPrsUtil::ZRPMMLParser());
+    reader.SetFieldsInDOM(fieldsInDOM);
     auto& vars = Hold(*c, new Vars());
     c->calls = {ParseCall(reader, Data("pmml/dictionary.pmml"), kParse),
                 {[&] { return Code(reader.FillVarList(vars.Fresh(), {}, false)); },
@@ -194,10 +196,11 @@ std::unique_ptr<Case> PMMLStatistics()
     return c;
 }
 
-std::unique_ptr<Case> DataModel()
+std::unique_ptr<Case> DataModel(bool fieldsInDOM)
 {
     auto c = std::make_unique<Case>();
     auto& reader = Hold(*c, new ZRXPrsUtil::ZRDataModelParser());
+    reader.SetFieldsInDOM(fieldsInDOM);
     auto& vars = Hold(*c, new Vars());
     auto& text = Hold(*c, new std::string(zrxtest::ReadFile(Data("datamodel/fields.xml"))));
     c->calls = {{[&] { return Code(reader.ParseToDOM(text)); }, kParse},
@@ -294,19 +297,22 @@ std::unique_ptr<Case> ReadWrite()
     return c;
 }
 
-// The combiner: construction, a first and a later model, the export.
-std::unique_ptr<Case> Combiner()
+// The combiner: construction, a first and a later model, the export; in the
+// strict form with models that bring functions, derived fields, a namespace
+// prefix and new fields before a Taxonomy.
+std::unique_ptr<Case> Combiner(const char* first, const char* later, bool strict)
 {
     auto c = std::make_unique<Case>();
     auto& vars = Hold(*c, new ZRVarList());
     combinertest::AddSplitVars(vars, false);
     auto& dir = Hold(*c, NewTempDir());
     auto& combiner = Hold(*c, new std::optional<ZRXPrsUtil::ZRXSplitPMMLCombiner>());
-    const std::string a = combinertest::DataFile("tree_a.pmml"),
-                      b = combinertest::DataFile("tree_b.pmml"), out = dir.Path("out.pmml");
+    const std::string a = combinertest::DataFile(first), b = combinertest::DataFile(later),
+                      out = dir.Path("out.pmml");
     const std::vector<std::string> north{"north"}, south{"south"};
-    c->calls = {{[&] {
+    c->calls = {{[&, strict] {
                      combiner.emplace(vars);
+                     combiner->SetStrictPMML(strict);
                      return 0L;
                  },
                  {}},
@@ -395,14 +401,17 @@ std::unique_ptr<Case> FirstReader()
 }
 
 const Row kRows[] = {
-    {"PMMLDictionary", PMMLDictionary, 2},
+    {"PMMLDictionary", [] { return PMMLDictionary(true); }, 2},
+    {"PMMLFieldsOut", [] { return PMMLDictionary(false); }, 2},
     {"PMMLBins", PMMLBins},
     {"PMMLStatistics", PMMLStatistics},
-    {"DataModel", DataModel},
+    {"DataModel", [] { return DataModel(true); }},
+    {"DataModelFieldsOut", [] { return DataModel(false); }},
     {"SettingsFields", SettingsFields, 4},
     {"SettingsQueries", SettingsQueries},
     {"ReadWrite", ReadWrite, 3},
-    {"Combiner", Combiner, 4},
+    {"Combiner", [] { return Combiner("tree_a.pmml", "tree_b.pmml", false); }, 4},
+    {"CombinerStrict", [] { return Combiner("strict_first.pmml", "strict_later.pmml", true); }, 4},
     {"Encoding", Encoding},
     {"FirstReader", FirstReader, 4, true},
 };

@@ -375,6 +375,9 @@ private:
     // The undo of a later model whose merge fails half-way: the output as it
     // was before the merge, and each known field as it was before it gained
     // its first new Value in the merge.
+    // In the strict form also the declarations on the output's root, the
+    // output's TransformationDictionary and its functions, and the fields
+    // that stand before the dictionary's first Taxonomy.
     struct OutputMark {
         std::size_t fields = 0;
         std::size_t miningFields = 0;
@@ -382,6 +385,9 @@ private:
         xercesc::DOMNode* lastField = nullptr;
         xercesc::DOMNode* lastMiningField = nullptr;
         xercesc::DOMNode* lastSegment = nullptr;
+        XMLSize_t rootAttributes = 0;
+        xercesc::DOMNode* transDictionary = nullptr;
+        xercesc::DOMNode* lastFunction = nullptr;
     };
     struct FieldMark {
         std::size_t field;
