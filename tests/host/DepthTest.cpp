@@ -13,6 +13,7 @@
 #include <gtest/gtest.h>
 #include <xercesc/dom/DOMElement.hpp>
 
+#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -32,127 +33,76 @@ std::size_t Count(const std::string& text, const std::string& what)
     return count;
 }
 
-// What each operation gave, as text: "parse/query/query...".
-class Depth : public ::testing::TestWithParam<int> {
-protected:
-    // Runs `work` on a 1 MiB thread; a stack overflow ends the test program.
-    std::string OnSmallStack(const std::function<std::string()>& work)
-    {
-        std::string result;
-        EXPECT_TRUE(zrxhost::RunWithStack([&] { result = work(); }, kStack));
-        return result;
-    }
-    int Levels() const { return kLimit + GetParam(); }
-    bool Past() const { return GetParam() > 0; }
-};
+// Every operation at the limit and one level past it, on a thread with a
+// 1 MiB stack (a stack overflow ends the test program): what each gave, as
+// text "parse/query/query...".
+class Depth : public ::testing::TestWithParam<int> {};
 
-TEST_P(Depth, PMMLReader)
+TEST_P(Depth, EveryReaderTheCombinerAndTheDocumentWriter)
 {
-    const std::string text = zrxhost::DeepPMML(Levels());
-    const std::string got = OnSmallStack([&] {
-        ZRXPrsUtil::ZRPMMLParser reader;
-        std::istringstream in(text);
-        std::ostringstream out;
-        out << reader.ParseToDOM(in).GetCode();
-        ZRVarList vars;
-        out << '/' << reader.FillVarList(vars, {}, false).GetCode() << '/' << vars.Size();
-        const xercesc::DOMElement* root = reader.GetRootElement();
-        if (root && reader.SetModelElmt(*ZRXPrsUtil::GetFirstChildElmt(*root, "TreeModel"))) {
-            ZRMTD_NAMESPACE::ZRUniStats stats;
-            const xercesc::DOMElement* position = nullptr;
-            out << '/' << reader.FillUniStats(stats, position).GetCode() << '/'
-                << stats.GetFieldName();
-        }
-        return out.str();
-    });
-    EXPECT_EQ(Past() ? "104/104/0" : "0/0/1/0/x", got);
-}
-
-TEST_P(Depth, SettingsReader)
-{
-    const std::string text = zrxhost::DeepSettings(Levels());
-    const int groups = Levels() - 5;
-    const std::string got = OnSmallStack([&] {
-        ZRXPrsUtil::ZRSettingsParser settings;
-        std::istringstream in(text);
-        std::ostringstream out;
-        out << settings.ParseToDOM(in).GetCode();
-        ZRVarList vars;
-        out << '/' << settings.FillVarList(vars, false).GetCode();
-        void* group = nullptr;
-        for (int i = 0; i < groups; ++i)
-            group = settings.GetComplexParameter("g", group);
-        int leaf = 0;
-        out << '/' << settings.GetParameter("leaf", leaf, group).GetCode() << '/' << leaf;
-        return out.str();
-    });
-    EXPECT_EQ(Past() ? "104/104/104/0" : "0/0/0/5", got);
-}
-
-TEST_P(Depth, DataModelReader)
-{
-    const std::string text = zrxhost::DeepDataModel(Levels());
-    const std::string got = OnSmallStack([&] {
-        ZRXPrsUtil::ZRDataModelParser parser;
-        std::ostringstream out;
-        out << parser.ParseToDOM(text).GetCode();
-        ZRVarList vars;
-        out << '/' << parser.FillVarList(vars, false, false, 10).GetCode() << '/' << vars.Size();
-        return out.str();
-    });
-    EXPECT_EQ(Past() ? "104/104/0" : "0/0/1", got);
-}
-
-TEST_P(Depth, CombinerAddsAndExports)
-{
-    zrxhost::TempDir dir("depth_combiner");
-    const std::string model = dir.Write("model.pmml", zrxhost::DeepPMML(Levels()));
-    const std::string output = dir.File("combined.pmml");
-    const std::string got = OnSmallStack([&] {
-        ZRVarList splitVars;
-        splitVars.AddCatVar("region", "Region", std::vector<std::string>{"N"},
-                            ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
-        ZRXPrsUtil::ZRXSplitPMMLCombiner combiner(splitVars);
-        std::ostringstream out;
-        out << combiner.AddModel(model, {"N"}).GetCode() << '/'
-            << combiner.ExportMiningModel(output).GetCode();
-        return out.str();
-    });
-    if (Past()) {
-        EXPECT_EQ("104/104", got); // the export answers with the refusal
+    const int levels = kLimit + GetParam();
+    zrxhost::TempDir dir("depth");
+    const std::string model = dir.Write("model.pmml", zrxhost::DeepPMML(levels));
+    const std::string settingsText = zrxhost::DeepSettings(levels);
+    const std::string dataModelText = zrxhost::DeepDataModel(levels);
+    std::ostringstream out;
+    ASSERT_TRUE(zrxhost::RunWithStack(
+        [&] {
+            ZRXPrsUtil::ZRPMMLParser reader;
+            std::ifstream in(model, std::ios::binary);
+            ZRVarList vars;
+            out << reader.ParseToDOM(in).GetCode() << '/'
+                << reader.FillVarList(vars, {}, false).GetCode() << '/' << vars.Size();
+            const xercesc::DOMElement* root = reader.GetRootElement();
+            if (root && reader.SetModelElmt(*ZRXPrsUtil::GetFirstChildElmt(*root, "TreeModel"))) {
+                ZRMTD_NAMESPACE::ZRUniStats stats;
+                const xercesc::DOMElement* position = nullptr;
+                out << '/' << reader.FillUniStats(stats, position).GetCode() << '/'
+                    << stats.GetFieldName();
+            }
+            ZRXPrsUtil::ZRSettingsParser settings;
+            std::istringstream settingsIn(settingsText);
+            ZRVarList settingsVars;
+            out << " settings " << settings.ParseToDOM(settingsIn).GetCode() << '/'
+                << settings.FillVarList(settingsVars, false).GetCode();
+            void* group = nullptr;
+            for (int i = 0; i < levels - 5; ++i)
+                group = settings.GetComplexParameter("g", group);
+            int leaf = 0;
+            out << '/' << settings.GetParameter("leaf", leaf, group).GetCode() << '/' << leaf;
+            ZRXPrsUtil::ZRDataModelParser parser;
+            ZRVarList dmVars;
+            out << " dm " << parser.ParseToDOM(dataModelText).GetCode() << '/'
+                << parser.FillVarList(dmVars, false, false, 10).GetCode() << '/' << dmVars.Size();
+            ZRVarList splitVars;
+            splitVars.AddCatVar("region", "Region", std::vector<std::string>{"N"},
+                                ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
+            ZRXPrsUtil::ZRXSplitPMMLCombiner combiner(splitVars);
+            out << " combine " << combiner.AddModel(model, {"N"}).GetCode() << '/'
+                << combiner.ExportMiningModel(dir.File("combined.pmml")).GetCode();
+            ZRXPrsUtil::ZRXMLReadWrite io;
+            out << " rw " << io.ParseToDOM(model).GetCode() << '/'
+                << io.WriteFromDOM(dir.File("out.xml")).GetCode() << '/'
+                << (io.GetDocument() != nullptr);
+        },
+        kStack));
+    if (GetParam() > 0) {
+        // The export answers with the refusal of its model.
+        EXPECT_EQ("104/104/0 settings 104/104/104/0 dm 104/104/0 combine 104/104 rw 104/0/0",
+                  out.str());
         return;
     }
-    EXPECT_EQ("0/0", got);
-    // The model sits 3 levels deeper in the output, inside its Segment.
-    const std::string written = zrxtest::ReadFile(output);
-    EXPECT_EQ(static_cast<std::size_t>(Levels() - 2), Count(written, "<Node "));
-    EXPECT_NE(std::string::npos, written.find("</Segmentation></MiningModel></PMML>"));
-}
-
-TEST_P(Depth, DocumentReaderAndWriter)
-{
-    zrxhost::TempDir dir("depth_readwrite");
-    const std::string input = dir.Write("in.xml", zrxhost::DeepPMML(Levels()));
-    const std::string output = dir.File("out.xml");
-    const std::string got = OnSmallStack([&] {
-        ZRXPrsUtil::ZRXMLReadWrite io;
-        std::ostringstream out;
-        out << io.ParseToDOM(input).GetCode() << '/' << io.WriteFromDOM(output).GetCode() << '/'
-            << (io.GetDocument() != nullptr);
-        return out.str();
-    });
-    if (Past()) {
-        EXPECT_EQ("104/0/0", got);
-        return;
-    }
-    EXPECT_EQ("0/0/1", got);
-    EXPECT_EQ(static_cast<std::size_t>(Levels() - 2), Count(zrxtest::ReadFile(output), "<Node "));
+    EXPECT_EQ("0/0/1/0/x settings 0/0/0/5 dm 0/0/1 combine 0/0 rw 0/0/1", out.str());
+    // The model sits 3 levels deeper in the combined one, inside its Segment.
+    const std::string combined = zrxtest::ReadFile(dir.File("combined.pmml"));
+    EXPECT_EQ(std::size_t(levels - 2), Count(combined, "<Node "));
+    EXPECT_NE(std::string::npos, combined.find("</Segmentation></MiningModel></PMML>"));
+    EXPECT_EQ(std::size_t(levels - 2), Count(zrxtest::ReadFile(dir.File("out.xml")), "<Node "));
 }
 
 INSTANTIATE_TEST_SUITE_P(AtAndPastTheLimit, Depth, ::testing::Values(0, 1),
                          [](const ::testing::TestParamInfo<int>& param) {
-                             return param.param == 0 ? std::string("AtTheLimit")
-                                                     : std::string("OneLevelPast");
+                             return std::string(param.param == 0 ? "AtTheLimit" : "OneLevelPast");
                          });
 
 // The limit counts nesting, not elements: any number of siblings, empty or
