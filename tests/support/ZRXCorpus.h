@@ -67,6 +67,18 @@ inline std::vector<CorpusFile> CorpusFiles()
     return files;
 }
 
+// The part `shard` of `shards` of CorpusFiles(): every shards-th document,
+// from the shard-th on, so that a pass over the corpus splits into tests of
+// like size.
+inline std::vector<CorpusFile> CorpusShard(int shard, int shards)
+{
+    std::vector<CorpusFile> part;
+    const std::vector<CorpusFile> all = CorpusFiles();
+    for (std::size_t i = static_cast<std::size_t>(shard); i < all.size(); i += shards)
+        part.push_back(all[i]);
+    return part;
+}
+
 // Where the document of that name is read from; empty if neither corpus has it.
 inline std::filesystem::path CorpusPath(const std::string& name)
 {
