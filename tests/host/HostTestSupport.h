@@ -9,10 +9,7 @@
 #include <unistd.h>
 
 #include <cstddef>
-#include <filesystem>
-#include <fstream>
 #include <functional>
-#include <sstream>
 #include <string>
 
 namespace zrxhost {
@@ -97,32 +94,7 @@ inline bool RunWithStack(const std::function<void()>& work, std::size_t bytes)
     return pthread_join(thread, nullptr) == 0;
 }
 
-// A fresh folder for one test, removed with the object.
-class TempDir {
-public:
-    explicit TempDir(const std::string& name)
-        : m_path(std::filesystem::temp_directory_path() /
-                 ("zrx_host_" + name + "_" + std::to_string(::getpid())))
-    {
-        std::filesystem::remove_all(m_path);
-        std::filesystem::create_directories(m_path);
-    }
-    ~TempDir()
-    {
-        std::error_code ignored;
-        std::filesystem::remove_all(m_path, ignored);
-    }
-    std::string File(const std::string& name) const { return (m_path / name).string(); }
-    std::string Write(const std::string& name, const std::string& text) const
-    {
-        std::ofstream out(File(name), std::ios::binary);
-        out << text;
-        return File(name);
-    }
-
-private:
-    std::filesystem::path m_path;
-};
+using zrxtest::TempDir;
 
 } // namespace zrxhost
 
