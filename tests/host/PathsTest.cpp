@@ -17,6 +17,7 @@
 
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -110,12 +111,7 @@ TEST_F(Paths, NoDocumentReachesTheNetworkThroughAnyReader)
         listener.Url("http", "n.xsd") + "\"";
     const std::string body = "<DataDictionary numberOfFields=\"1\"><DataField name=\"x\" "
                              "optype=\"continuous\" dataType=\"double\"/></DataDictionary>";
-    struct Case {
-        std::string pmml;
-        std::string dataModel;
-        long code;
-    };
-    const std::vector<Case> cases = {
+    const std::vector<std::tuple<std::string, std::string, long>> cases = {
         {dtd + "<PMML version=\"4.4\">" + body + "</PMML>",
          "<!DOCTYPE DataModel SYSTEM \"" + listener.Url("http", "d.dtd") +
              "\"><DataModel><Fields/></DataModel>",
@@ -127,18 +123,16 @@ TEST_F(Paths, NoDocumentReachesTheNetworkThroughAnyReader)
         {"<PMML version=\"4.4\" " + schema + ">" + body + "</PMML>",
          "<DataModel " + schema + "><Fields/></DataModel>", 0},
     };
-    for (const Case& c : cases) {
-        std::istringstream pmml(c.pmml);
+    for (const auto& [pmml, dataModel, code] : cases) {
+        std::istringstream pmmlIn(pmml), settingsIn(pmml);
         ZRXPrsUtil::ZRPMMLParser reader;
-        EXPECT_EQ(c.code, reader.ParseToDOM(pmml).GetCode()) << c.pmml;
-        std::istringstream settingsText(c.pmml);
+        EXPECT_EQ(code, reader.ParseToDOM(pmmlIn).GetCode()) << pmml;
         ZRXPrsUtil::ZRSettingsParser settings;
-        const long settingsCode = settings.ParseToDOM(settingsText).GetCode();
-        EXPECT_EQ(c.code == 0 ? 119 : c.code, settingsCode) << c.pmml;
-        ZRXPrsUtil::ZRDataModelParser dataModel;
-        EXPECT_EQ(c.code, dataModel.ParseToDOM(c.dataModel).GetCode()) << c.dataModel;
+        EXPECT_EQ(code == 0 ? 119 : code, settings.ParseToDOM(settingsIn).GetCode()) << pmml;
+        ZRXPrsUtil::ZRDataModelParser dataModelReader;
+        EXPECT_EQ(code, dataModelReader.ParseToDOM(dataModel).GetCode()) << dataModel;
         ZRXPrsUtil::ZRXMLReadWrite io;
-        EXPECT_EQ(c.code, io.ParseToDOM(dir.Write("doc.xml", c.pmml)).GetCode()) << c.pmml;
+        EXPECT_EQ(code, io.ParseToDOM(dir.Write("doc.xml", pmml)).GetCode()) << pmml;
     }
     EXPECT_EQ(0, listener.Connections());
 }

@@ -14,6 +14,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 using namespace ZRXPrsUtil;
@@ -22,17 +23,6 @@ namespace {
 
 using Numbers = zrxtest::XercesTest;
 const double kMissing = ZRMV::gMissingValue;
-
-struct IntCase {
-    const char* text;
-    bool ok;
-    int value;
-};
-struct DoubleCase {
-    const char* text;
-    bool ok;
-    double value;
-};
 
 // A number out of range by its exponent alone once its 400 leading zeros are
 // passed over: its first digit decides whether it is too large or too small.
@@ -43,15 +33,15 @@ const std::string kZeros400 = std::string(400, '0') + "1e-350";
 TEST_F(Numbers, IntegersOutsideIntAreRefusedNotWrapped)
 {
     // clang-format off
-    for (const IntCase& c :
-         {IntCase{"+5", true, 5}, {" -0 ", true, 0}, {"2147483647", true, INT_MAX},
+    for (const auto& [text, ok, expected] :
+         {std::tuple{"+5", true, 5}, {" -0 ", true, 0}, {"2147483647", true, INT_MAX},
           {"-2147483648", true, INT_MIN}, {"000002147483647", true, INT_MAX}, {"+0019", true, 19},
           {"2147483648", false, 0}, {"12345678901", false, 0}, {"", false, 0}, {"-", false, 0},
           {"1.0", false, 0}, {"1e3", false, 0}, {"1 2", false, 0}}) {
         // clang-format on
         int value = -99;
-        EXPECT_EQ(ParseInteger(ToUTF16(c.text).data(), value), c.ok) << c.text;
-        EXPECT_EQ(value, c.ok ? c.value : -99) << c.text;
+        EXPECT_EQ(ParseInteger(ToUTF16(text).data(), value), ok) << text;
+        EXPECT_EQ(value, ok ? expected : -99) << text;
     }
     int value = -99;
     EXPECT_FALSE(ParseInteger(nullptr, value));
@@ -65,7 +55,7 @@ TEST_F(Numbers, IntegersOutsideIntAreRefusedNotWrapped)
 TEST_F(Numbers, DoublesReadAsTheXmlLibraryInEveryHostLocale)
 {
     // clang-format off
-    const DoubleCase cases[] = {
+    const std::tuple<const char*, bool, double> cases[] = {
         {"-2E2", true, -200}, {".5", true, 0.5}, {"NaN", true, kMissing}, {"INF", false, 0},
         {"-INF", false, 0}, {"1e999", false, 0}, {"nan", false, 0}, {"", false, 0},
         {"1,5", false, 0}, {"1\xD9\xAB" "5", false, 0}, {" 2.25 ", true, 2.25},
@@ -83,11 +73,11 @@ TEST_F(Numbers, DoublesReadAsTheXmlLibraryInEveryHostLocale)
     for (const char* name : {"C", "de_DE.UTF-8", "ps_AF.UTF-8"}) {
         const zrxtest::ScopedLocale host(name);
         ASSERT_TRUE(host.Active()) << name << " is missing";
-        for (const DoubleCase& c : cases) {
+        for (const auto& [text, ok, expected] : cases) {
             double value = 8;
-            EXPECT_EQ(ParseDouble(ToUTF16(c.text).data(), value), c.ok) << name << " " << c.text;
-            EXPECT_EQ(value, c.ok ? c.value : 8) << name << " " << c.text;
-            EXPECT_EQ(std::signbit(value), c.ok && std::signbit(c.value)) << c.text;
+            EXPECT_EQ(ParseDouble(ToUTF16(text).data(), value), ok) << name << " " << text;
+            EXPECT_EQ(value, ok ? expected : 8) << name << " " << text;
+            EXPECT_EQ(std::signbit(value), ok && std::signbit(expected)) << text;
         }
         std::vector<double> values = {1};
         EXPECT_TRUE(ParseDoublesList(nullptr, values));
