@@ -1,6 +1,6 @@
 // Deep documents: every operation works at the nesting limit on a thread
 // with a 1 MiB stack, and every parse refuses one level more with 104.
-#include "HostTestSupport.h"
+#include "ZRXTestDom.h"
 #include "ZRXDOMParser.h"
 
 #include <zrparsexmlr/ZRDataModelParser.h>
@@ -13,7 +13,10 @@
 #include <gtest/gtest.h>
 #include <xercesc/dom/DOMElement.hpp>
 
+#include <pthread.h>
+
 #include <fstream>
+#include <functional>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -21,6 +24,86 @@
 namespace {
 
 using ZRMTD_NAMESPACE::ZRVarList;
+
+// The document element is level 1.
+inline std::string Nest(const std::string& open, const std::string& close, int levels,
+                        const std::string& inner = std::string())
+{
+    std::string text;
+    for (int i = 0; i < levels; ++i)
+        text += open;
+    text += inner;
+    for (int i = 0; i < levels; ++i)
+        text += close;
+    return text;
+}
+
+// A PMML TreeModel whose deepest Node is at level `depth` (PMML 1,
+// TreeModel 2, nested Nodes 3 to depth), with one field and its statistics.
+inline std::string DeepPMML(int depth)
+{
+    return "<PMML version=\"4.4\"><Header copyright=\"c\"/>"
+           "<DataDictionary numberOfFields=\"1\">"
+           "<DataField name=\"x\" optype=\"continuous\" dataType=\"double\"/>"
+           "</DataDictionary>"
+           "<TreeModel functionName=\"regression\"><MiningSchema><MiningField name=\"x\"/>"
+           "</MiningSchema><ModelStats><UnivariateStats field=\"x\"><Counts totalFreq=\"3\"/>"
+           "<NumericInfo minimum=\"0\" maximum=\"1\" mean=\"0.5\"/>"
+           "<ContStats><Interval closure=\"closedOpen\" leftMargin=\"0\" rightMargin=\"1\"/>"
+           "<Array type=\"real\">3</Array></ContStats></UnivariateStats></ModelStats>" +
+           Nest("<Node score=\"1\">", "</Node>", depth - 2) + "</TreeModel></PMML>";
+}
+
+// A settings document whose innermost Parameter is at level `depth`: PMML 1,
+// MiningBuildTask 2, Extension 3, Parameters 4, ComplexParameter "g" 5 to
+// depth - 1.
+inline std::string DeepSettings(int depth)
+{
+    return "<PMML version=\"4.4\"><DataDictionary numberOfFields=\"1\">"
+           "<DataField name=\"x\" optype=\"continuous\" dataType=\"double\"/></DataDictionary>"
+           "<MiningBuildTask><Extension name=\"settings\"><Parameters>"
+           "<Parameter name=\"top\" type=\"int\" value=\"7\"/>" +
+           Nest("<ComplexParameter name=\"g\">", "</ComplexParameter>", depth - 5,
+                "<Parameter name=\"leaf\" type=\"int\" value=\"5\"/>") +
+           "</Parameters></Extension></MiningBuildTask></PMML>";
+}
+
+// A DataModel whose deepest element is at level `depth`: DataModel 1,
+// Fields 2, Field 3, nested Range elements 4 to depth.
+inline std::string DeepDataModel(int depth)
+{
+    return "<DataModel><Fields>"
+           "<Field name=\"f\" storage=\"integer\" measure=\"continuous\">" +
+           Nest("<Range minValue=\"0\" maxValue=\"1\">", "</Range>", depth - 3) +
+           "</Field></Fields></DataModel>";
+}
+
+// Runs `work` on a new thread with a stack of `bytes` and waits for it. False
+// if the thread can't be made.
+inline bool RunWithStack(const std::function<void()>& work, std::size_t bytes)
+{
+#if defined(__SANITIZE_THREAD__)
+    // ThreadSanitizer keeps its state of each thread (some 800 KB) in static
+    // TLS, which glibc carves from the top of the thread's stack: it is added
+    // so that the code under test still gets `bytes`.
+    bytes += std::size_t(1) << 20;
+#endif
+    pthread_attr_t attr;
+    if (pthread_attr_init(&attr) != 0)
+        return false;
+    pthread_attr_setstacksize(&attr, bytes);
+    auto call = [](void* arg) -> void* {
+        (*static_cast<const std::function<void()>*>(arg))();
+        return nullptr;
+    };
+    pthread_t thread;
+    const int made =
+        pthread_create(&thread, &attr, call, const_cast<std::function<void()>*>(&work));
+    pthread_attr_destroy(&attr);
+    if (made != 0)
+        return false;
+    return pthread_join(thread, nullptr) == 0;
+}
 
 const int kLimit = static_cast<int>(ZRXPrsUtil::ZRXDOMParser::kMaxDepth);
 const std::size_t kStack = 1u << 20;
@@ -41,12 +124,12 @@ class Depth : public ::testing::TestWithParam<int> {};
 TEST_P(Depth, EveryReaderTheCombinerAndTheDocumentWriter)
 {
     const int levels = kLimit + GetParam();
-    zrxhost::TempDir dir("depth");
-    const std::string model = dir.Write("model.pmml", zrxhost::DeepPMML(levels));
-    const std::string settingsText = zrxhost::DeepSettings(levels);
-    const std::string dataModelText = zrxhost::DeepDataModel(levels);
+    zrxtest::TempDir dir("depth");
+    const std::string model = dir.Write("model.pmml", DeepPMML(levels));
+    const std::string settingsText = DeepSettings(levels);
+    const std::string dataModelText = DeepDataModel(levels);
     std::ostringstream out;
-    ASSERT_TRUE(zrxhost::RunWithStack(
+    ASSERT_TRUE(RunWithStack(
         [&] {
             ZRXPrsUtil::ZRPMMLParser reader;
             std::ifstream in(model, std::ios::binary);
@@ -122,7 +205,7 @@ TEST(DepthCount, SiblingsAndEmptyElementsDoNotAddUp)
     EXPECT_EQ(0, io.ParseToDOM(in).GetCode()) << io.GetXercesMessage();
 
     // The count starts again at every parse, also after a refused one.
-    std::istringstream deep(zrxhost::Nest("<e>", "</e>", kLimit + 1));
+    std::istringstream deep(Nest("<e>", "</e>", kLimit + 1));
     EXPECT_EQ(104, io.ParseToDOM(deep).GetCode());
     EXPECT_NE(std::string::npos, io.GetXercesMessage().find("nested deeper than"));
     std::istringstream again(text);

@@ -1,6 +1,6 @@
 // Self-contained output: entity references of a document's internal DTD are
 // read as their text, so what is copied out of it needs no DTD.
-#include "HostTestSupport.h"
+#include "ZRXTestDom.h"
 
 #include <zrparsexmlr/ZRPMMLParser.h>
 #include <zrparsexmlr/ZRXMLReadWrite.h>
@@ -46,7 +46,7 @@ int EntityReferences(const xercesc::DOMNode* node)
 
 TEST(Entities, ACombinedModelCarriesTheTextOfItsEntitiesAndReadsBack)
 {
-    zrxhost::TempDir dir("entities");
+    zrxtest::TempDir dir("entities");
     ZRVarList splitVars;
     splitVars.AddCatVar("region", "Region", std::vector<std::string>{"N", "S"},
                         ZRMTD_NAMESPACE::IZRVariable::eRoleInput);

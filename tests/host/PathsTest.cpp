@@ -1,6 +1,6 @@
 // Local files only: a path is a file on this machine, never a URL, and no
 // document makes the library open a network connection.
-#include "HostTestSupport.h"
+#include "ZRXTestDom.h"
 
 #include <zrparsexmlr/ZRDataModelParser.h>
 #include <zrparsexmlr/ZRPMMLParser.h>
@@ -65,7 +65,7 @@ class Paths : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_NE(0, listener.Port()); }
     Listener listener;
-    zrxhost::TempDir dir{"paths"};
+    zrxtest::TempDir dir{"paths"};
 };
 
 const char* const kModel =

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -54,16 +55,13 @@ inline std::vector<CorpusFile> DocumentsUnder(const std::filesystem::path& dir, 
 inline std::vector<CorpusFile> CorpusFiles()
 {
     std::vector<CorpusFile> files = DocumentsUnder(CorpusDir(), true);
-    if (ExtraCorpusDir().empty())
-        return files;
-    const std::size_t inTree = files.size();
-    for (CorpusFile& extra : DocumentsUnder(ExtraCorpusDir(), false)) {
-        const auto end = files.begin() + static_cast<std::ptrdiff_t>(inTree);
-        const bool known = std::any_of(
-            files.begin(), end, [&](const CorpusFile& own) { return own.name == extra.name; });
-        if (!known)
-            files.push_back(std::move(extra));
-    }
+    std::set<std::string> names;
+    for (const CorpusFile& own : files)
+        names.insert(own.name);
+    if (!ExtraCorpusDir().empty())
+        for (CorpusFile& extra : DocumentsUnder(ExtraCorpusDir(), false))
+            if (names.count(extra.name) == 0)
+                files.push_back(std::move(extra));
     return files;
 }
 
