@@ -83,14 +83,8 @@ std::string Everything(const zrxtest::TempDir& dir, const std::string& tag)
     out << "\nsettings " << settings.ParseToDOM(job).GetCode()
         << settings.FillVarList(settingsVars, false).GetCode()
         << settings.FillTransDict(settingsVars).GetCode() << settingsVars;
-    std::vector<std::string> targets;
-    settings.GetTargetVars(targets);
-    for (const std::string& t : targets)
-        out << t << ',';
-    int depth = 0;
     double alpha = 0.0;
-    out << settings.GetParameter("maxTreeDepth", depth).GetCode() << '=' << depth << ' '
-        << settings.GetParameter("alphaSplit", alpha).GetCode() << '=' << alpha << '\n';
+    out << settings.GetParameter("alphaSplit", alpha).GetCode() << '=' << alpha << '\n';
 
     ZRVarList splitVars;
     const std::vector<std::string> regions = {"E", "N", "S", "W"};

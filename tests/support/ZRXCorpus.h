@@ -8,6 +8,7 @@
 #include "ZRXCorpusConfig.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -65,15 +66,23 @@ inline std::vector<CorpusFile> CorpusFiles()
     return files;
 }
 
-// The part `shard` of `shards` of CorpusFiles(): every shards-th document,
-// from the shard-th on, so that a pass over the corpus splits into tests of
-// like size.
+// The part `shard` of `shards` of CorpusFiles(), parts of like size: the
+// largest documents first, each to the part that holds the fewest bytes, so
+// that a pass over the corpus splits into tests of like length.
 inline std::vector<CorpusFile> CorpusShard(int shard, int shards)
 {
+    std::vector<CorpusFile> all = CorpusFiles();
+    const auto size = [](const CorpusFile& file) { return std::filesystem::file_size(file.path); };
+    std::stable_sort(all.begin(), all.end(),
+                     [&](const CorpusFile& a, const CorpusFile& b) { return size(a) > size(b); });
+    std::vector<std::uintmax_t> load(static_cast<std::size_t>(shards), 0);
     std::vector<CorpusFile> part;
-    const std::vector<CorpusFile> all = CorpusFiles();
-    for (std::size_t i = static_cast<std::size_t>(shard); i < all.size(); i += shards)
-        part.push_back(all[i]);
+    for (CorpusFile& file : all) {
+        const auto lightest = std::min_element(load.begin(), load.end());
+        *lightest += size(file);
+        if (lightest - load.begin() == shard)
+            part.push_back(std::move(file));
+    }
     return part;
 }
 
