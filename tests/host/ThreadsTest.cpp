@@ -83,8 +83,14 @@ std::string Everything(const zrxtest::TempDir& dir, const std::string& tag)
     out << "\nsettings " << settings.ParseToDOM(job).GetCode()
         << settings.FillVarList(settingsVars, false).GetCode()
         << settings.FillTransDict(settingsVars).GetCode() << settingsVars;
+    std::vector<std::string> targets;
+    settings.GetTargetVars(targets);
+    for (const std::string& t : targets)
+        out << t << ',';
+    int depth = 0;
     double alpha = 0.0;
-    out << settings.GetParameter("alphaSplit", alpha).GetCode() << '=' << alpha << '\n';
+    out << settings.GetParameter("maxTreeDepth", depth).GetCode() << '=' << depth << ' '
+        << settings.GetParameter("alphaSplit", alpha).GetCode() << '=' << alpha << '\n';
 
     ZRVarList splitVars;
     const std::vector<std::string> regions = {"E", "N", "S", "W"};
@@ -114,6 +120,9 @@ std::string Everything(const zrxtest::TempDir& dir, const std::string& tag)
     ucnv_close(static_cast<UConverter*>(own));
     out << ZRMem::VORKMBU8ToCodePage(nullptr, page, text)
         << ZRMem::VORKMBCodePageToU8(nullptr, back, page) << back;
+    ZRMem::U16String units;
+    out << ZRMem::VORKMBU8ToU16(units, text) << units.size() << ZRMem::VORKMBU16ToU8(back, units)
+        << back;
     ZRMem::ExtNameStr name;
     name.SetU8(text);
     out << name.GetU16().size() << '\n';

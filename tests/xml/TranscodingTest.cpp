@@ -31,6 +31,15 @@ TEST_F(Transcoding, ConvertsAndFailsToEmpty)
         EXPECT_EQ(ToUTF16(bad), kEmpty) << bad;
         EXPECT_EQ(reference.TranscodeFrom(bad), kEmpty) << bad;
     }
+    // Objects for other encodings.
+    const ZRXTranscoder latin1("ISO-8859-1");
+    ASSERT_TRUE(latin1.isValid());
+    EXPECT_EQ(std::u16string(latin1.TranscodeFrom("caf\xE9").data()), u"caf\u00E9");
+    EXPECT_EQ(latin1.TranscodeTo(u"caf\u00E9"), "caf\xE9");
+    EXPECT_EQ(latin1.TranscodeTo(u"5 \u20AC"), ""); // not representable: all fails
+    const ZRXTranscoder unknown("no-such-encoding");
+    EXPECT_FALSE(unknown.isValid());
+    EXPECT_EQ(unknown.TranscodeFrom("abc"), kEmpty);
 }
 
 // Each of four shards takes a quarter of the lead bytes, of the code units
@@ -66,9 +75,11 @@ TEST_P(TranscodingAgrees, OnShortSequencesAndRandomText)
                         SameFrom({'a', char(lead), char(f1), char(f2), char(f3)});
                 }
     }
-    // Each unit before itself and before a letter.
-    for (char32_t unit = 0x4000 * GetParam() + 1; unit < 0x4000 * (GetParam() + 1u); ++unit)
-        SameTo({u'x', char16_t(unit), char16_t(unit), u'q'});
+    // Each unit as the last one, and before a letter.
+    for (char32_t unit = 0x4000 * GetParam() + 1; unit < 0x4000 * (GetParam() + 1u); ++unit) {
+        SameTo({u'x', char16_t(unit)});
+        SameTo({char16_t(unit), u'q'});
+    }
     for (char16_t high : {0xD800, 0xDBFF}) // a high surrogate takes any partner
         for (char16_t partner : {0x41, 0xD7FF, 0xD800, 0xDC00, 0xDFFF, 0xE000, 0xFFFF})
             SameTo({high, partner, u'q'});
@@ -94,18 +105,6 @@ TEST_P(TranscodingAgrees, OnShortSequencesAndRandomText)
 }
 
 INSTANTIATE_TEST_SUITE_P(Quarters, TranscodingAgrees, ::testing::Range(0, 4));
-
-TEST_F(Transcoding, ObjectsForOtherEncodings)
-{
-    const ZRXTranscoder latin1("ISO-8859-1");
-    ASSERT_TRUE(latin1.isValid());
-    EXPECT_EQ(std::u16string(latin1.TranscodeFrom("caf\xE9").data()), u"caf\u00E9");
-    EXPECT_EQ(latin1.TranscodeTo(u"caf\u00E9"), "caf\xE9");
-    EXPECT_EQ(latin1.TranscodeTo(u"5 \u20AC"), ""); // not representable: all fails
-    const ZRXTranscoder unknown("no-such-encoding");
-    EXPECT_FALSE(unknown.isValid());
-    EXPECT_EQ(unknown.TranscodeFrom("abc"), kEmpty);
-}
 
 // The conversions keep nothing of the XML library, so they stay right through
 // its start-ups and shutdowns (checked under the sanitizers too).
