@@ -1,7 +1,7 @@
 // Many threads, one set of objects each: every reader, the combiner, the
 // document reader and writer and the encoding conversions run side by side
 // and give exactly what one thread gives.
-#include "HostTestSupport.h"
+#include "ZRXTestDom.h"
 #include "ZRXPlatform.h"
 
 #include <zrparsexmlr/ExtNameStr.h>
@@ -25,65 +25,64 @@
 
 namespace {
 
-using ZRCommon::ZRStatus;
 using ZRMTD_NAMESPACE::ZRVarList;
 
 const std::string kExamples = ZRX_EXAMPLES_DIR "/data";
-const std::string kData = ZRX_TEST_DATA_DIR;
 
-void Names(const ZRVarList& vars, std::ostringstream& out)
+std::ostream& operator<<(std::ostream& out, const ZRVarList& vars)
 {
     out << vars.Size() << ':';
     for (std::size_t i = 0; i < vars.Size(); ++i)
         out << vars.GetVarAt(static_cast<int>(i))->GetName() << ',';
-    out << '\n';
+    return out << '\n';
 }
 
-void DataModel(std::ostringstream& out)
+// Every reader's fields and answers, a combined model and a written document
+// (read back), and the encoding conversions, as text.
+std::string Everything(const zrxtest::TempDir& dir, const std::string& tag)
 {
-    ZRXPrsUtil::ZRDataModelParser parser;
-    ZRVarList vars;
-    out << "dm " << parser.ParseToDOM(zrxtest::ReadFile(kExamples + "/job.datamodel.xml")).GetCode()
-        << ' ' << parser.FillVarList(vars, false, true, 10).GetCode() << ' ';
-    Names(vars, out);
-}
+    std::ostringstream out;
+    // Objects made and destroyed in quick succession: each one starts and
+    // ends its share of the XML library while other threads parse.
+    for (int i = 0; i < 40; ++i) {
+        ZRXPrsUtil::ZRPMMLParser reader;
+        std::istringstream in(
+            "<PMML version=\"4.4\"><DataDictionary><DataField name=\"x\" "
+            "optype=\"continuous\" dataType=\"double\"/></DataDictionary></PMML>");
+        ZRVarList vars;
+        out << reader.ParseToDOM(in).GetCode() << reader.FillVarList(vars, {}, false).GetCode()
+            << vars.Size();
+    }
+    ZRXPrsUtil::ZRDataModelParser dataModel;
+    ZRVarList dmVars;
+    out << "\ndm "
+        << dataModel.ParseToDOM(zrxtest::ReadFile(kExamples + "/job.datamodel.xml")).GetCode()
+        << dataModel.FillVarList(dmVars, false, true, 10).GetCode() << dmVars;
 
-void PMML(std::ostringstream& out)
-{
     ZRXPrsUtil::ZRPMMLParser reader;
-    std::ifstream in(kData + "/pmml/dictionary.pmml", std::ios::binary);
-    out << "pmml " << reader.ParseToDOM(in).GetCode() << ' ';
+    std::ifstream pmml(ZRX_TEST_DATA_DIR "/pmml/dictionary.pmml", std::ios::binary);
     ZRVarList vars;
-    out << reader.FillVarList(vars, {}, false).GetCode() << ' ';
-    Names(vars, out);
+    out << "pmml " << reader.ParseToDOM(pmml).GetCode()
+        << reader.FillVarList(vars, {}, false).GetCode() << vars;
     const xercesc::DOMElement* root = reader.GetRootElement();
     const xercesc::DOMElement* model =
         root ? ZRXPrsUtil::GetFirstChildElmt(*root, "TreeModel") : nullptr;
-    if (!model || !reader.SetModelElmt(*model)) {
-        out << "no model\n";
-        return;
-    }
-    ZRMTD_NAMESPACE::ZRUniStats stats;
     const xercesc::DOMElement* position = nullptr;
-    do {
-        const ZRStatus st = reader.FillUniStats(stats, position);
-        out << st.GetCode();
-        if (position && st.IsOK())
-            out << '=' << stats.GetFieldName() << '/' << stats.GetTotalFreq();
-        out << ';';
-    } while (position);
-    out << '\n';
-}
+    if (model && reader.SetModelElmt(*model)) {
+        do {
+            ZRMTD_NAMESPACE::ZRUniStats stats;
+            const ZRCommon::ZRStatus st = reader.FillUniStats(stats, position);
+            out << st.GetCode() << '=' << stats.GetFieldName() << '/' << stats.GetTotalFreq()
+                << ';';
+        } while (position);
+    }
 
-void Settings(std::ostringstream& out)
-{
     ZRXPrsUtil::ZRSettingsParser settings;
-    std::ifstream in(kExamples + "/job.settings.xml", std::ios::binary);
-    out << "settings " << settings.ParseToDOM(in).GetCode() << ' ';
-    ZRVarList vars;
-    out << settings.FillVarList(vars, false).GetCode() << ' '
-        << settings.FillTransDict(vars).GetCode() << ' ';
-    Names(vars, out);
+    std::ifstream job(kExamples + "/job.settings.xml", std::ios::binary);
+    ZRVarList settingsVars;
+    out << "\nsettings " << settings.ParseToDOM(job).GetCode()
+        << settings.FillVarList(settingsVars, false).GetCode()
+        << settings.FillTransDict(settingsVars).GetCode() << settingsVars;
     std::vector<std::string> targets;
     settings.GetTargetVars(targets);
     for (const std::string& t : targets)
@@ -92,10 +91,7 @@ void Settings(std::ostringstream& out)
     double alpha = 0.0;
     out << settings.GetParameter("maxTreeDepth", depth).GetCode() << '=' << depth << ' '
         << settings.GetParameter("alphaSplit", alpha).GetCode() << '=' << alpha << '\n';
-}
 
-void Combine(const std::string& outPath, std::ostringstream& out)
-{
     ZRVarList splitVars;
     const std::vector<std::string> regions = {"E", "N", "S", "W"};
     splitVars.AddCatVar("region", "Sales region", regions,
@@ -105,95 +101,57 @@ void Combine(const std::string& outPath, std::ostringstream& out)
     for (const std::string& region : regions)
         out << combiner.AddModel(kExamples + "/split/churn_" + region + ".pmml", {region})
                    .GetCode();
-    out << ' ' << combiner.ExportMiningModel(outPath).GetCode() << '\n'
-        << zrxtest::ReadFile(outPath) << '\n';
-}
+    const std::string combined = dir.File("combined_" + tag + ".pmml");
+    out << ' ' << combiner.ExportMiningModel(combined).GetCode() << '\n'
+        << zrxtest::ReadFile(combined);
 
-void ReadWrite(const std::string& outPath, std::ostringstream& out)
-{
     ZRXPrsUtil::ZRXMLReadWrite io;
-    out << "rw " << io.ParseToDOM(kExamples + "/job.datamodel.xml").GetCode() << ' '
-        << io.WriteFromDOM(outPath).GetCode() << '\n'
-        << zrxtest::ReadFile(outPath) << '\n';
-}
+    const std::string written = dir.File("written_" + tag + ".xml");
+    out << "\nrw " << io.ParseToDOM(kExamples + "/job.datamodel.xml").GetCode() << ' '
+        << io.WriteFromDOM(written).GetCode() << '\n'
+        << zrxtest::ReadFile(written) << '\n';
 
-void Conversions(std::ostringstream& out)
-{
     const std::string text = "caf\xC3\xA9 \xE4\xB8\xAD \xE2\x82\xAC";
     void* own = ZRMem::VORKMBConverterNew_C("1252");
     std::string page;
     std::string back;
-    out << "conv " << ZRMem::VORKMBU8ToCodePage(own, page, text) << ' '
-        << ZRMem::VORKMBCodePageToU8(own, back, page) << ' ' << back << ' ';
+    out << "conv " << ZRMem::VORKMBU8ToCodePage(own, page, text)
+        << ZRMem::VORKMBCodePageToU8(own, back, page) << back;
     ucnv_close(static_cast<UConverter*>(own));
-    out << ZRMem::VORKMBU8ToCodePage(nullptr, page, text) << ' '
-        << ZRMem::VORKMBCodePageToU8(nullptr, back, page) << ' ' << back << ' ';
+    out << ZRMem::VORKMBU8ToCodePage(nullptr, page, text)
+        << ZRMem::VORKMBCodePageToU8(nullptr, back, page) << back;
     ZRMem::U16String units;
-    out << ZRMem::VORKMBU8ToU16(units, text) << ' ' << units.size() << ' '
-        << ZRMem::VORKMBU16ToU8(back, units) << ' ' << back << ' ';
+    out << ZRMem::VORKMBU8ToU16(units, text) << units.size() << ZRMem::VORKMBU16ToU8(back, units)
+        << back;
     ZRMem::ExtNameStr name;
     name.SetU8(text);
     out << name.GetU16().size() << '\n';
-}
-
-// Objects made and destroyed in quick succession: each one starts and ends
-// its share of the XML library while other threads parse.
-void Lifetimes(std::ostringstream& out)
-{
-    const std::string pmml = "<PMML version=\"4.4\"><DataDictionary>"
-                             "<DataField name=\"x\" optype=\"continuous\" dataType=\"double\"/>"
-                             "</DataDictionary></PMML>";
-    int ok = 0;
-    for (int i = 0; i < 40; ++i) {
-        ZRXPrsUtil::ZRPMMLParser reader;
-        std::istringstream in(pmml);
-        ZRVarList vars;
-        if (reader.ParseToDOM(in).IsOK() && reader.FillVarList(vars, {}, false).IsOK())
-            ok += static_cast<int>(vars.Size());
-    }
-    out << "lifetimes " << ok << '\n';
-}
-
-std::string Everything(const zrxhost::TempDir& dir, int thread, int round)
-{
-    const std::string tag = std::to_string(thread) + "_" + std::to_string(round);
-    std::ostringstream out;
-    Lifetimes(out);
-    DataModel(out);
-    PMML(out);
-    Settings(out);
-    Combine(dir.File("combined_" + tag + ".pmml"), out);
-    ReadWrite(dir.File("written_" + tag + ".xml"), out);
-    Conversions(out);
     return out.str();
 }
 
 TEST(Threads, EightThreadsWithObjectsOfTheirOwnGiveWhatOneThreadGives)
 {
-    zrxhost::TempDir dir("threads");
-    const std::string expected = Everything(dir, 0, 0);
+    zrxtest::TempDir dir("threads");
+    const std::string expected = Everything(dir, "0");
     ASSERT_NE(std::string::npos, expected.find("combine 0000 0"));
     ASSERT_NE(std::string::npos, expected.find("rw 0 0"));
 
     const int kThreads = 8;
-    const int kRounds = 8;
+    const int kRounds = 4;
     std::vector<std::vector<std::string>> results(kThreads);
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t)
         threads.emplace_back([&dir, &results, t] {
             for (int round = 0; round < kRounds; ++round)
-                results[t].push_back(Everything(dir, t + 1, round));
+                results[t].push_back(
+                    Everything(dir, std::to_string(t + 1) + "_" + std::to_string(round)));
         });
     for (std::thread& thread : threads)
         thread.join();
     // Every object gave its share of the XML library back.
     EXPECT_EQ(0, ZRXPrsUtil::ZRXPlatform::Shares());
-
-    for (int t = 0; t < kThreads; ++t) {
-        ASSERT_EQ(static_cast<std::size_t>(kRounds), results[t].size());
-        for (int round = 0; round < kRounds; ++round)
-            EXPECT_EQ(expected, results[t][round]) << "thread " << t << " round " << round;
-    }
+    for (int t = 0; t < kThreads; ++t)
+        EXPECT_EQ(std::vector<std::string>(kRounds, expected), results[t]) << "thread " << t;
 }
 
 } // namespace

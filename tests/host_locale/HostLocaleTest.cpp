@@ -35,17 +35,17 @@ struct Host {
     const char* systemText; // cpText's UTF-8 in the system encoding
 };
 
+// clang-format off
 const Host kHosts[] = {
     // 中乗: the trail byte of 乗 (0x81 0x5C) is a backslash.
-    {"zh_CN.GBK", "GBK", "\xD6\xD0\x81\x5C", "\xE4\xB8\xAD\xE4\xB9\x97", "\xA6\xA1", "\xA6\xC1",
-     "\xD6\xD0\x81\x5C"},
+    {"zh_CN.GBK", "GBK", "\xD6\xD0\x81\x5C", "\xE4\xB8\xAD\xE4\xB9\x97", "\xA6\xA1", "\xA6\xC1", "\xD6\xD0\x81\x5C"},
     {"en_US.CP1252", "windows-1252", "\xC9t\xE9", "\xC3\x89t\xC3\xA9", "\xC9", "\xE9", "\xC9t\xE9"},
-    {"en_US.UTF-8", "UTF-8", "\xC3\x89t\xC3\xA9", "\xC3\x89t\xC3\xA9", "\xC3\x89", "\xC3\xA9",
-     "\xC3\x89t\xC3\xA9"},
+    {"en_US.UTF-8", "UTF-8", "\xC3\x89t\xC3\xA9", "\xC3\x89t\xC3\xA9", "\xC3\x89", "\xC3\xA9", "\xC3\x89t\xC3\xA9"},
     // No locale set: UTF-8, while the system encoding of a locale name
     // without a code set is CP1252.
     {"C", "UTF-8", "\xC3\x89t\xC3\xA9", "\xC3\x89t\xC3\xA9", "\xC3\x89", "\xC3\xA9", "\xC9t\xE9"},
 };
+// clang-format on
 
 const Host* gHost = nullptr;
 
@@ -97,7 +97,12 @@ TEST(HostLocale, ThreadsThatNeedTheDefaultConverterFirstShareIt)
     EXPECT_EQ(VORKMBDefaultConverterID(), 1);
 }
 
-TEST(HostLocale, DefaultConverterIsTheLocalesCodePage)
+// The default converter is the locale's code page; the lead bytes of the C
+// library and the characters of the converter agree (no search hits inside a
+// character, text compares as characters); the conversions without a
+// converter and the name string's forms use that code page. Last: the system
+// encoding moves a process in the "C" locale to "en_US".
+TEST(HostLocale, EncodingServicesFollowTheLocalesCodePage)
 {
     UConverter* def = VORKMBGetDefaultConverter();
     std::printf("%s: the default converter is %s\n", gHost->locale, NameOf(def).c_str());
@@ -107,12 +112,7 @@ TEST(HostLocale, DefaultConverterIsTheLocalesCodePage)
     ucnv_close(static_cast<UConverter*>(own));
     EXPECT_EQ(VORKMBGetDefaultConverter(), def);
     EXPECT_EQ(VORKMBDefaultConverterID(), 1);
-}
 
-// The lead bytes of the C library and the characters of the converter agree:
-// no search hits inside a character, and text compares as characters.
-TEST(HostLocale, CodePagePrimitivesAgreeWithTheConverter)
-{
     const std::string text = std::string(gHost->cpText) + "\\";
     EXPECT_EQ(VORKMBstrcspn_C(text.c_str(), "\\"), std::strlen(gHost->cpText));
     EXPECT_EQ(VORKMBstrchr_C(text.c_str(), '\\'), text.c_str() + std::strlen(gHost->cpText));
@@ -121,10 +121,7 @@ TEST(HostLocale, CodePagePrimitivesAgreeWithTheConverter)
     EXPECT_EQ(bad, 0);
     EXPECT_EQ(VORKMBqstricmp_C(gHost->upper, -1, gHost->lower, -1, &bad), 1);
     EXPECT_EQ(bad, 0);
-}
 
-TEST(HostLocale, ConversionsWithoutAConverter)
-{
     std::string out;
     EXPECT_EQ(VORKMBCodePageToU8(nullptr, out, gHost->cpText), 0);
     EXPECT_EQ(out, gHost->u8Text);
@@ -145,11 +142,7 @@ TEST(HostLocale, ConversionsWithoutAConverter)
     EXPECT_EQ(VORKMBU8ToGeneric(out, gHost->u8Text), 0);
     EXPECT_EQ(out, gHost->cpText);
     SetUTF8mode(1);
-}
 
-// Last: the system encoding moves a process in the "C" locale to "en_US".
-TEST(HostLocale, NameStringCodePageAndSystemForms)
-{
     ExtNameStr name;
     name.SetU8(gHost->u8Text);
     EXPECT_EQ(name.GetCP(), gHost->cpText);

@@ -8,7 +8,9 @@
 #include "ZRXCorpusConfig.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -54,17 +56,34 @@ inline std::vector<CorpusFile> DocumentsUnder(const std::filesystem::path& dir, 
 inline std::vector<CorpusFile> CorpusFiles()
 {
     std::vector<CorpusFile> files = DocumentsUnder(CorpusDir(), true);
-    if (ExtraCorpusDir().empty())
-        return files;
-    const std::size_t inTree = files.size();
-    for (CorpusFile& extra : DocumentsUnder(ExtraCorpusDir(), false)) {
-        const auto end = files.begin() + static_cast<std::ptrdiff_t>(inTree);
-        const bool known = std::any_of(
-            files.begin(), end, [&](const CorpusFile& own) { return own.name == extra.name; });
-        if (!known)
-            files.push_back(std::move(extra));
-    }
+    std::set<std::string> names;
+    for (const CorpusFile& own : files)
+        names.insert(own.name);
+    if (!ExtraCorpusDir().empty())
+        for (CorpusFile& extra : DocumentsUnder(ExtraCorpusDir(), false))
+            if (names.count(extra.name) == 0)
+                files.push_back(std::move(extra));
     return files;
+}
+
+// The part `shard` of `shards` of CorpusFiles(), parts of like size: the
+// largest documents first, each to the part that holds the fewest bytes, so
+// that a pass over the corpus splits into tests of like length.
+inline std::vector<CorpusFile> CorpusShard(int shard, int shards)
+{
+    std::vector<CorpusFile> all = CorpusFiles();
+    const auto size = [](const CorpusFile& file) { return std::filesystem::file_size(file.path); };
+    std::stable_sort(all.begin(), all.end(),
+                     [&](const CorpusFile& a, const CorpusFile& b) { return size(a) > size(b); });
+    std::vector<std::uintmax_t> load(static_cast<std::size_t>(shards), 0);
+    std::vector<CorpusFile> part;
+    for (CorpusFile& file : all) {
+        const auto lightest = std::min_element(load.begin(), load.end());
+        *lightest += size(file);
+        if (lightest - load.begin() == shard)
+            part.push_back(std::move(file));
+    }
+    return part;
 }
 
 // Where the document of that name is read from; empty if neither corpus has it.

@@ -1,5 +1,5 @@
-// Test support: keeps the XML library started and turns document text into
-// a DOM through the library's own parser.
+// Test support: keeps the XML library started, turns document text into a
+// DOM through the library's own parser, reads files, makes test folders.
 #ifndef ZRX_TEST_DOM_H
 #define ZRX_TEST_DOM_H
 
@@ -12,6 +12,9 @@
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
+#include <unistd.h>
+
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
@@ -60,6 +63,34 @@ inline std::string ReadFile(const std::string& path)
     out << in.rdbuf();
     return out.str();
 }
+
+// A fresh folder for one test, removed with the object.
+class TempDir {
+public:
+    explicit TempDir(const std::string& name)
+        : m_path(std::filesystem::temp_directory_path() /
+                 ("zrx_" + name + "_" + std::to_string(::getpid())))
+    {
+        std::filesystem::remove_all(m_path);
+        std::filesystem::create_directories(m_path);
+    }
+    ~TempDir()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+    std::string Path() const { return m_path.string(); }
+    std::string File(const std::string& name) const { return (m_path / name).string(); }
+    std::string Write(const std::string& name, const std::string& text) const
+    {
+        std::ofstream out(File(name), std::ios::binary);
+        out << text;
+        return File(name);
+    }
+
+private:
+    std::filesystem::path m_path;
+};
 
 } // namespace zrxtest
 

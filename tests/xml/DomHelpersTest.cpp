@@ -43,19 +43,15 @@ TEST_F(DomHelpers, AttributesTellAbsentFromEmptyAndFollowTheNumberRules)
     EXPECT_EQ(Attr(&r, "caf\xC3\xA9"), "accent");
     EXPECT_EQ(GetAttribute(r, "caf\xC3"), nullptr);
 
-    struct Case {
-        const char* name;
-        int sign;
-        int result;
-        int value;
-    };
-    for (const Case& c : {Case{"neg", 0, 1, -3}, Case{"neg", -1, 0, -3}, Case{"zero", 1, 1, 0},
-                          Case{"zero", 0, 0, 0}, Case{"pos", 1, 0, 7}, Case{"min", -1, 0, INT_MIN},
-                          Case{"absent", -1, -1, 99}, Case{"bad", -1, 1, 99},
-                          Case{"big", -1, 1, 99}, Case{"e", -1, 1, 99}}) {
+    // clang-format off
+    for (const auto& [name, sign, result, expected] :
+         {std::tuple{"neg", 0, 1, -3}, {"neg", -1, 0, -3}, {"zero", 1, 1, 0}, {"zero", 0, 0, 0},
+          {"pos", 1, 0, 7}, {"min", -1, 0, INT_MIN}, {"absent", -1, -1, 99}, {"bad", -1, 1, 99},
+          {"big", -1, 1, 99}, {"e", -1, 1, 99}}) {
+        // clang-format on
         int value = 99;
-        EXPECT_EQ(GetIntAttribute(r, c.name, c.sign, value), c.result) << c.name << c.sign;
-        EXPECT_EQ(value, c.value) << c.name << c.sign;
+        EXPECT_EQ(GetIntAttribute(r, name, sign, value), result) << name << sign;
+        EXPECT_EQ(value, expected) << name << sign;
     }
     for (const auto& [name, result, expected] : {std::tuple{"inf", 1, 4.0},
                                                  {"absent", -1, 4.0},

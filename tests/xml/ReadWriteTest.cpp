@@ -20,16 +20,10 @@ const std::string kSmall = ZRX_TEST_DATA_DIR "/xml/small.xml";
 
 class ReadWrite : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char pattern[] = "/tmp/zrx-readwrite-XXXXXX";
-        ASSERT_NE(mkdtemp(pattern), nullptr);
-        dir = pattern;
-        ASSERT_TRUE(reader.ParseToDOM(kSmall).IsOK());
-    }
-    void TearDown() override { std::filesystem::remove_all(dir); }
+    void SetUp() override { ASSERT_TRUE(reader.ParseToDOM(kSmall).IsOK()); }
 
-    std::string dir;
+    zrxtest::TempDir temp{"readwrite"};
+    const std::string dir = temp.Path();
     ZRXMLReadWrite reader;
 };
 
