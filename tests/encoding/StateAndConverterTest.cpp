@@ -1,5 +1,6 @@
 // Encoding state, converters and code-page names.
 #include "EncodingTestSupport.h"
+#include "ZRPlatform.h"
 
 using namespace ZRMemTest;
 
@@ -62,6 +63,7 @@ TEST_F(EncodingTest, EnableLocaleMovesACLocaleOnceAndSystemEncodingIsKept)
     EXPECT_STREQ(std::setlocale(LC_CTYPE, nullptr), "en_US")
         << "scripts/make-locales.sh generates it";
     EXPECT_STREQ(SystemEncoding(), "CP1252") << "a locale name without '.'";
+    EXPECT_EQ(Platform::PutEnv("ZRX_UNSET=1") + Platform::PutEnv("ZRX_UNSET="), 0);
     std::setlocale(LC_ALL, "C");
     unsetenv("LC_ALL");
     EnableLocale();
