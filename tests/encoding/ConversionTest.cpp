@@ -70,6 +70,8 @@ TEST_F(CLocaleTest, RoomInAWideCodePage)
         << "U+FFFD takes three bytes of a room of two";
     EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 8, "a\xFF"), "4 3|a\xEF\xBF\xBD\\0ZZZZ");
     EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 2, "\xFF", 0), "0 0| ZZ") << "nothing is read";
+    EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 8, "\xC2\xA9\xE0\xA4\x85"),
+              "5 0|\xC2\xA9\xE0\xA4\x85\\0ZZZ");
     EXPECT_EQ(Take(VORKMBTranscodeCodePage(U16({0x20AC, 0x20AC, 0x20AC}).c_str())),
               "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC");
 }
