@@ -11,8 +11,8 @@ const char kGrin[] = "\xF0\x9F\x98\x80"; // U+1F600, four bytes
 } // namespace
 
 // mbclen goes by the lead byte alone, cut short at the NUL; mblen counts only
-// a valid character and gives -1 for anything else.
-TEST(Utf8Stepping, CharacterLengthAndPrevious)
+// a valid character and gives -1 for anything else; copies keep whole ones.
+TEST(Utf8Text, LengthPreviousAndCopy)
 {
     const struct {
         const char* text;
@@ -54,12 +54,8 @@ TEST(Utf8Stepping, CharacterLengthAndPrevious)
     EXPECT_EQ(VORKMBAnsiPrev_8(text, text + 4), text + 1);
     EXPECT_EQ(VORKMBAnsiPrev_8(text, text), text);
     EXPECT_EQ(VORKMBAnsiPrev_8(text, nullptr), nullptr);
-}
-
-// A copy ends in a whole character: a cut one, a noncharacter or ill-formed
-// bytes at the end are dropped; a full target has no terminator.
-TEST(Utf8Copy, NeverLeavesPartOfACharacter)
-{
+    // A copy ends in a whole character: a cut one, a noncharacter or
+    // ill-formed bytes at the end are dropped; a full target has no terminator.
     EXPECT_EQ(Copied(VORKMBstrncpy_8, (std::string(kEuro) + kEuro).c_str(), 4),
               "\xE2\x82\xAC\\0ZZZZ");
     EXPECT_EQ(Copied(VORKMBstrncpy_8, "abc", 3), "abcZZZZZ");
@@ -72,7 +68,7 @@ TEST(Utf8Copy, NeverLeavesPartOfACharacter)
 
 // Case-blind by code point; an ill-formed byte compares as its raw value and
 // is reported; qstricmp gives 1 for equal.
-TEST(Utf8Comparison, CaseBlindByCodePoint)
+TEST(Utf8Text, CaseBlindComparisonAndSearch)
 {
     int bad = -1;
     EXPECT_EQ(VORKMBCompare_8("\xC3\x84XY", -1, "\xC3\xA4xy", -1, &bad), 0);
@@ -88,10 +84,7 @@ TEST(Utf8Comparison, CaseBlindByCodePoint)
     EXPECT_EQ(bad, 3);
     EXPECT_EQ(VORKMBCompare_8("\xFF", -1, kEuro, -1, &bad), -1) << "0xFF against U+20AC";
     EXPECT_EQ(VORKMBCompare_8(nullptr, -1, "a", -1, &bad), -1);
-}
-
-TEST(Utf8Search, CodePointsAndSets)
-{
+    // Search by code point and by sets of code points.
     const std::string text = std::string("a") + kEuro + "b" + kEuro + kGrin;
     const char* s = text.c_str();
     EXPECT_EQ(VORKMBstrchr_8(s, 'b'), s + 4);

@@ -5,7 +5,7 @@
 using namespace ZRMemTest;
 
 // GBK: U+4E2D is D6 D0, U+6587 is CE C4.
-TEST_F(GbkTest, SteppingByTheLocalesLeadBytes)
+TEST_F(GbkTest, SteppingAndCopyByTheLocalesLeadBytes)
 {
     EXPECT_EQ(VORKMBIsLeadByte_C(0xD6), 1);
     EXPECT_EQ(VORKMBIsLeadByte_C(0x81), 1);
@@ -28,6 +28,14 @@ TEST_F(GbkTest, SteppingByTheLocalesLeadBytes)
     const int previous[] = {0, 0, 1, 1, 3, 3, 5}; // of the positions 0 to 6, at starts
     for (int i : {0, 1, 3, 5, 6})
         EXPECT_EQ(VORKMBAnsiPrev_C(text, text + i), text + previous[i]) << i;
+    // A copy keeps whole characters, drops a cut lead byte and may overlap.
+    EXPECT_EQ(Copied(VORKMBstrncpy_C, "\xD6\xD0\xCE\xC4", 3), "\xD6\xD0\\0ZZZZZ");
+    EXPECT_EQ(Copied(VORKMBstrncpy_C, "ab\xD6", 5), "ab\\0\\0\\0ZZZ");
+    EXPECT_EQ(Copied(VORKMBstrncpy_C, nullptr, 2), "ZZZZZZZZ")
+        << "a null source leaves the target alone";
+    char overlap[] = "xx\xD6\xD0z";
+    VORKMBstrncpy_C(overlap, overlap + 2, 4);
+    EXPECT_EQ(std::string(overlap, 4), std::string("\xD6\xD0z\0", 4));
 }
 
 TEST_F(Cp1252Test, NoLeadBytesInASingleByteCodePage)
@@ -43,21 +51,9 @@ TEST_F(Cp1252Test, NoLeadBytesInASingleByteCodePage)
     EXPECT_EQ(Copied(VORKMBstrncpy_C, "\xE4\xF6\xFC\xDF", 3), "\xE4\xF6\xFCZZZZZ");
 }
 
-// A copy keeps whole characters, drops a cut lead byte and may overlap.
-TEST_F(GbkTest, CopyKeepsWholeCharacters)
-{
-    EXPECT_EQ(Copied(VORKMBstrncpy_C, "\xD6\xD0\xCE\xC4", 3), "\xD6\xD0\\0ZZZZZ");
-    EXPECT_EQ(Copied(VORKMBstrncpy_C, "ab\xD6", 5), "ab\\0\\0\\0ZZZ");
-    EXPECT_EQ(Copied(VORKMBstrncpy_C, nullptr, 2), "ZZZZZZZZ")
-        << "a null source leaves the target alone";
-    char overlap[] = "xx\xD6\xD0z";
-    VORKMBstrncpy_C(overlap, overlap + 2, 4);
-    EXPECT_EQ(std::string(overlap, 4), std::string("\xD6\xD0z\0", 4));
-}
-
 // Search and sets compare at character starts only: 0xD0 is only a trail
 // byte here, and 'P' (0x50) is the trail of D6 50.
-TEST_F(GbkTest, SearchAtCharacterStarts)
+TEST_F(GbkTest, SearchAndCodePointsAtCharacterStarts)
 {
     const char text[] = "\xD6\xD0\xD6PzP";
     EXPECT_EQ(VORKMBstrchr_C(text, 0xD0), nullptr);
@@ -78,10 +74,7 @@ TEST_F(GbkTest, SearchAtCharacterStarts)
     EXPECT_EQ(VORKMBstrcspn_C("!!", set.c_str()), 2u);
     EXPECT_EQ(VORKMBstrcspn_C("!\x81\x7Fg", set.c_str()), 3u);
     EXPECT_EQ(VORKMBstrcspn_C("\xCE\xC4\xD6\xD0", "\xD6\xD0"), 2u);
-}
-
-TEST_F(GbkTest, CodePointsThroughTheDefaultConverter)
-{
+    // Code points through the default converter.
     int cp = -1;
     EXPECT_EQ(VORKMBU32Get_C(&cp, "a\xD6\xD0", 1, -1), 2);
     EXPECT_EQ(cp, 0x4E2D);

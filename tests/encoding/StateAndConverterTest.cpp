@@ -108,7 +108,7 @@ TEST_F(GbkTest, ConverterNamesAndNumbers)
 
 // Unmappable and illegal input becomes '?' and reports 3, also when the
 // result exactly fills the target.
-TEST_F(GbkTest, ConvertersSubstituteQuestionMarksAndReportTrouble)
+TEST_F(GbkTest, ConvertersSubstituteQuestionMarksAndComparisonReportsTrouble)
 {
     Converter cp1252 = Open("windows-1252");
     std::string out;
@@ -123,12 +123,8 @@ TEST_F(GbkTest, ConvertersSubstituteQuestionMarksAndReportTrouble)
         << "a cut character";
     EXPECT_EQ(Out(VORKMBU16ToCodePage(nullptr, out, U16({'a', 0xD800, 'b'})), out), "3|a?b")
         << "lone surrogate";
-}
-
-// Case-blind by code point; a bad byte compares as its raw value and is
-// reported; a cut lead byte is not over-read.
-TEST_F(GbkTest, CompareCodePageTextWithoutCase)
-{
+    // Comparison is case-blind by code point; a bad byte compares as its raw
+    // value and is reported; a cut lead byte is not over-read.
     int bad = -1;
     EXPECT_EQ(VORKMBCompare_C("ABC\xD6\xD0", -1, "abc\xD6\xD0", -1, &bad), 0);
     EXPECT_EQ(bad, 0);
