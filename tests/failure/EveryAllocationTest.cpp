@@ -94,14 +94,6 @@ std::string Describe(ZRVarList& list)
 // could not be made.
 const std::vector<long> kParse = {ZRCommon::eCannotStart, ZRCommon::eCannotParse};
 
-// Files written in memory where there is such a file system: the writes sync.
-combinertest::TempDir* NewTempDir()
-{
-    std::error_code error;
-    return new combinertest::TempDir(std::filesystem::is_directory("/dev/shm", error) ? "/dev/shm"
-                                                                                      : "/tmp");
-}
-
 std::string Data(const std::string& path)
 {
     return std::string(ZRX_TEST_DATA_DIR) + "/" + path;
@@ -281,7 +273,7 @@ void SettingsQueries(Case& c)
 void ReadWrite(Case& c)
 {
     auto& io = Hold(c, new ZRXPrsUtil::ZRXMLReadWrite());
-    auto& dir = Hold(c, NewTempDir());
+    auto& dir = Hold(c, new combinertest::TempDir());
     const std::string source = Data("combiner/tree_a.pmml"), out = dir.Path("out.pmml");
     c.calls = {{[&io, source] { return Code(io.ParseToDOM(source)); }, kParse},
                ParseCall(io, source, kParse),
@@ -296,7 +288,7 @@ void Combiner(Case& c, const char* first, const char* later, bool strict)
 {
     auto& vars = Hold(c, new ZRVarList());
     combinertest::AddSplitVars(vars, false);
-    auto& dir = Hold(c, NewTempDir());
+    auto& dir = Hold(c, new combinertest::TempDir());
     auto& combiner = Hold(c, new std::optional<ZRXPrsUtil::ZRXSplitPMMLCombiner>());
     const std::string a = combinertest::DataFile(first), b = combinertest::DataFile(later),
                       out = dir.Path("out.pmml");
