@@ -388,9 +388,9 @@ const Row kRows[] = {
     {"SettingsFields", SettingsFields, 4},
     {"SettingsQueries", SettingsQueries},
     {"ReadWrite", ReadWrite, 3},
-    {"Combiner", [](Case& c) { Combiner(c, "tree_a.pmml", "tree_b.pmml", false); }, 4},
+    {"Combiner", [](Case& c) { Combiner(c, "tree_a.pmml", "tree_b.pmml", false); }, 8},
     {"CombinerStrict", [](Case& c) { Combiner(c, "strict_first.pmml", "strict_later.pmml", true); },
-     4},
+     8},
     {"Encoding", Encoding},
     {"FirstReader", FirstReader, 4, true},
 };
