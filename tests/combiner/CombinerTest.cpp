@@ -233,8 +233,7 @@ TEST_F(CombinerTest, BadModelsAtFirstAndLaterPositions)
         {"bad/empty_function.pmml", 109, 124},
         {"tree_a.pmml", 0, 124},
         {"bad/wrong_root.xml", 105, 0},
-        {"bad/no_model.pmml", 113, 0},
-    };
+        {"bad/no_model.pmml", 113, 0}};
     for (const auto& [file, first, later] : bad) {
         SCOPED_TRACE(file);
         ZRXSplitPMMLCombiner combiner(list);
