@@ -55,6 +55,8 @@ struct Case {
     std::vector<Call> calls;
     std::function<std::string()> result;
     std::vector<std::shared_ptr<void>> objects;
+    std::size_t next = 0;      // the call to make next
+    std::vector<long> failure; // the codes that the last failed call may give
 };
 
 struct Row {
@@ -395,19 +397,19 @@ const Row kRows[] = {
     {"FirstReader", FirstReader, 4, true},
 };
 
-// Makes the calls of `c` from `next` on; a failed call stays next.
-long RunFrom(Case& c, std::size_t& next, std::vector<long>& failure)
+// Makes the calls of `c` from `c.next` on; a failed call stays next.
+long RunCalls(Case& c)
 {
-    for (; next < c.calls.size(); ++next) {
+    for (; c.next < c.calls.size(); ++c.next) {
         long code = 0;
         try {
-            code = c.calls[next].run();
+            code = c.calls[c.next].run();
         } catch (...) {
-            ADD_FAILURE() << "an exception left call " << next;
+            ADD_FAILURE() << "an exception left call " << c.next;
             code = -2;
         }
         if (code != 0) {
-            failure = c.calls[next].failure;
+            c.failure = c.calls[c.next].failure;
             return code;
         }
     }
@@ -433,18 +435,16 @@ void StartingPoints(const Row& row, int shard)
         ASSERT_GE(child, 0);
         if (child == 0) {
             auto c = row.Make();
-            std::size_t next = 0;
-            std::vector<long> failure;
             failtest::FailAllocation(k);
-            const long code = RunFrom(*c, next, failure);
+            const long code = RunCalls(*c);
             failtest::FailAllocation(0);
             if (!failtest::Failed())
                 _exit(code == 0 && c->result() == row.Make()->result() ? 0 : 3);
             if (code == ZRCommon::eCannotStart && !ZRXPrsUtil::ZRXPlatform::Acquire())
-                _exit(RunFrom(*c, next, failure) == ZRCommon::eCannotStart ? 1 : 3);
+                _exit(RunCalls(*c) == ZRCommon::eCannotStart ? 1 : 3);
             const bool documented =
-                std::find(failure.begin(), failure.end(), code) != failure.end();
-            _exit(documented && RunFrom(*c, next, failure) == 0 ? 2 : 3);
+                std::find(c->failure.begin(), c->failure.end(), code) != c->failure.end();
+            _exit(documented && RunCalls(*c) == 0 ? 2 : 3);
         }
         int status = 0;
         ASSERT_EQ(waitpid(child, &status, 0), child);
@@ -474,9 +474,7 @@ TEST_P(EveryAllocation, FailsCleanly)
     std::string reference;
     {
         auto c = row.Make();
-        std::size_t next = 0;
-        std::vector<long> failure;
-        ASSERT_EQ(RunFrom(*c, next, failure), 0);
+        ASSERT_EQ(RunCalls(*c), 0);
         reference = c->result();
     }
     long points = 0, recovered = 0, grownAt = 0;
@@ -484,10 +482,8 @@ TEST_P(EveryAllocation, FailsCleanly)
     const auto start = std::chrono::steady_clock::now();
     for (long k = shard + 1;; k += row.shards) {
         auto c = row.Make();
-        std::size_t next = 0;
-        std::vector<long> failure;
         failtest::FailAllocation(k);
-        long code = RunFrom(*c, next, failure);
+        long code = RunCalls(*c);
         failtest::FailAllocation(0);
         if (!failtest::Failed()) {
             EXPECT_EQ(code, 0) << k;
@@ -499,9 +495,9 @@ TEST_P(EveryAllocation, FailsCleanly)
             ++recovered;
             EXPECT_EQ(c->result(), reference) << "point " << k;
         } else {
-            EXPECT_NE(std::find(failure.begin(), failure.end(), code), failure.end())
-                << "point " << k << " call " << next << " gave " << code;
-            code = RunFrom(*c, next, failure);
+            EXPECT_NE(std::find(c->failure.begin(), c->failure.end(), code), c->failure.end())
+                << "point " << k << " call " << c->next << " gave " << code;
+            code = RunCalls(*c);
             EXPECT_EQ(code, 0) << "again after point " << k;
             if (code == 0) {
                 EXPECT_EQ(c->result(), reference) << "again after point " << k;
