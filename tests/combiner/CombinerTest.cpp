@@ -2,6 +2,7 @@
 #include <zrparsexmlr/ZRXSplitPMMLCombiner.h>
 
 #include "ZRXScopedLocale.h"
+#include "ZRXTestDom.h"
 #include "CombinerTestSupport.h"
 
 #include <fstream>
@@ -41,7 +42,8 @@ protected:
     {
         ZRXSplitPMMLCombiner combiner(list);
         for (const auto& [file, values] : models)
-            EXPECT_TRUE(combiner.AddModel(DataFile(file), values).IsOK()) << file;
+            EXPECT_TRUE(combiner.AddModel(file[0] == '/' ? file : DataFile(file), values).IsOK())
+                << file;
         EXPECT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
         return std::make_unique<Combined>(dir.Path("out.pmml"));
     }
@@ -55,26 +57,15 @@ protected:
     }
 };
 
-// tree_a, tree_b and tree_c over one split variable.
-class CombinerOfThreeTrees : public CombinerTest {
-protected:
-    void SetUp() override
-    {
-        AddSplitVars(list, false);
-        out = Combine(
-            {{"tree_a.pmml", {"north"}}, {"tree_b.pmml", {"south"}}, {"tree_c.pmml", {"south"}}});
-    }
-    std::unique_ptr<Combined> out;
-};
-
-using CombinerIntake = CombinerTest;
-using CombinerDictionary = CombinerTest;
-using CombinerPredicates = CombinerTest;
-
 } // namespace
 
-TEST_F(CombinerOfThreeTrees, DictionaryIsTheUnionInFirstSeenOrderWithNewValuesOnly)
+// tree_a, tree_b and tree_c over one split variable: dictionary and schema
+// are the unions in first-seen order, one segment per model.
+TEST_F(CombinerTest, ThreeTreesGiveTheUnionsAndOneSegmentEach)
 {
+    AddSplitVars(list, false);
+    const auto out = Combine(
+        {{"tree_a.pmml", {"north"}}, {"tree_b.pmml", {"south"}}, {"tree_c.pmml", {"south"}}});
     // Root attributes and Header come from the first model only; no
     // TransformationDictionary is left at the top.
     EXPECT_EQ(Att(out->Root(), "xmlns"), "http://www.dmg.org/PMML-4_4");
@@ -93,17 +84,11 @@ TEST_F(CombinerOfThreeTrees, DictionaryIsTheUnionInFirstSeenOrderWithNewValuesOn
     EXPECT_EQ(out->Values("region"), (Texts{"north", "south", "west"}));
     Element region = out->Field("region");
     EXPECT_EQ(Att(region, "displayName") + "/" + Att(region, "dataType"), "Sales region/string");
-}
-
-TEST_F(CombinerOfThreeTrees, SchemaIsTheUnionInFirstSeenOrderWithTheSplitVariableActive)
-{
+    // The split variable is active in the schema.
     EXPECT_EQ(out->SchemaNames(), (Texts{"x", "color", "y", "region", "z"}));
     EXPECT_EQ(ChildAtts(out->Schema(), "MiningField", "usageType"),
               (Texts{"<absent>", "<absent>", "target", "active", "supplementary"}));
-}
-
-TEST_F(CombinerOfThreeTrees, OneSegmentPerModelWithItsPredicateAndDerivedFieldsLast)
-{
+    // One segment per model with its predicate, derived fields last.
     EXPECT_EQ(Att(out->MiningModel(), "functionName"), "classification");
     EXPECT_EQ(Att(Child(out->MiningModel(), "Segmentation"), "multipleModelMethod"), "selectFirst");
     // Same split values twice give two segments with the same predicate.
@@ -125,7 +110,7 @@ TEST_F(CombinerOfThreeTrees, OneSegmentPerModelWithItsPredicateAndDerivedFieldsL
     EXPECT_EQ(ChildTags(Child(segments[1], "TreeModel")), (Texts{"MiningSchema", "Node"}));
 }
 
-TEST_F(CombinerDictionary, UnnamedElementsOfTheFirstModelStandUncounted)
+TEST_F(CombinerTest, UnnamedElementsOfTheFirstModelStandUncounted)
 {
     AddSplitVars(list, false);
     const auto out = Combine({{"unnamed_first.pmml", {"north"}}, {"tree_c.pmml", {"south"}}});
@@ -135,7 +120,7 @@ TEST_F(CombinerDictionary, UnnamedElementsOfTheFirstModelStandUncounted)
     EXPECT_EQ(out->SchemaNames(), (Texts{"<absent>", "y", "region", "x"}));
 }
 
-TEST_F(CombinerDictionary, NamelessSplitVariableGetsNoFieldAndNoCondition)
+TEST_F(CombinerTest, NamelessSplitVariableGetsNoFieldAndNoCondition)
 {
     list.AddCatVar("", "nameless", Texts{"a", "b"}, ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
     list.AddContVar("score", "Score", ZRMTD_NAMESPACE::IZRVariable::eRoleInput);
@@ -149,7 +134,7 @@ TEST_F(CombinerDictionary, NamelessSplitVariableGetsNoFieldAndNoCondition)
     EXPECT_EQ(PredicatesOf(*out), (Texts{"and(score equal 1.5)"}));
 }
 
-TEST_F(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
+TEST_F(CombinerTest, TwoSplitVariablesGiveACompoundPredicate)
 {
     AddSplitVars(list, true);
     const auto out = Combine({{"tree_a.pmml", {"north", "2021"}},
@@ -168,7 +153,7 @@ TEST_F(CombinerPredicates, TwoSplitVariablesGiveACompoundPredicate)
 
 // A host locale with a decimal comma: the numeric split variable's values
 // are written with a point, and the output reads back to the same numbers.
-TEST_F(CombinerPredicates, NumericSplitValuesKeepTheirPointInACommaLocale)
+TEST_F(CombinerTest, NumericSplitValuesKeepTheirPointInACommaLocale)
 {
     const zrxtest::ScopedLocale comma("de_DE.UTF-8");
     ASSERT_TRUE(comma.Active()) << "de_DE.UTF-8 is missing";
@@ -188,7 +173,7 @@ TEST_F(CombinerPredicates, NumericSplitValuesKeepTheirPointInACommaLocale)
               (std::vector<double>{0.5, 2.25, 1e-7}));
 }
 
-TEST_F(CombinerPredicates, UnbuildableOneVariablePredicateIsFalseAndNamesAreReadLive)
+TEST_F(CombinerTest, UnbuildableOneVariablePredicateIsFalseAndNamesAreReadLive)
 {
     AddSplitVars(list, false);
     ZRXSplitPMMLCombiner combiner(list);
@@ -209,7 +194,7 @@ TEST_F(CombinerPredicates, UnbuildableOneVariablePredicateIsFalseAndNamesAreRead
 // Values over several later models: a value counts as known once an earlier
 // model brought it, whichever model that was; a new value that one model
 // lists twice comes twice; a field that had no values gains them in order.
-TEST_F(CombinerDictionary, ValuesKnownFromAnyEarlierModelComeOnce)
+TEST_F(CombinerTest, ValuesKnownFromAnyEarlierModelComeOnce)
 {
     AddSplitVars(list, false);
     auto model = [this](const std::string& file, const Texts& colors, const Texts& sizes) {
@@ -223,22 +208,16 @@ TEST_F(CombinerDictionary, ValuesKnownFromAnyEarlierModelComeOnce)
         std::ofstream(dir.Path(file)) << text;
         return dir.Path(file);
     };
-    ZRXSplitPMMLCombiner combiner(list);
     const Texts north{"north"};
-    EXPECT_TRUE(combiner.AddModel(model("1.pmml", {"v0", "v1"}, {}), north).IsOK());
-    EXPECT_TRUE(
-        combiner.AddModel(model("2.pmml", {"v2", "v1", "v2", "v3"}, {"s", "s"}), north).IsOK());
-    EXPECT_TRUE(
-        combiner.AddModel(model("3.pmml", {"v3", "v2", "v4", "v0", "v4"}, {"m", "s"}), north)
-            .IsOK());
-    EXPECT_TRUE(combiner.AddModel(model("4.pmml", {"v4", "v5"}, {"m", "l"}), north).IsOK());
-    ASSERT_TRUE(combiner.ExportMiningModel(dir.Path("out.pmml")).IsOK());
-    Combined out(dir.Path("out.pmml"));
-    EXPECT_EQ(out.Values("color"), (Texts{"v0", "v1", "v2", "v2", "v3", "v4", "v4", "v5"}));
-    EXPECT_EQ(out.Values("size"), (Texts{"s", "s", "m", "l"}));
+    const auto out = Combine({{model("1.pmml", {"v0", "v1"}, {}), north},
+                              {model("2.pmml", {"v2", "v1", "v2", "v3"}, {"s", "s"}), north},
+                              {model("3.pmml", {"v3", "v2", "v4", "v0", "v4"}, {"m", "s"}), north},
+                              {model("4.pmml", {"v4", "v5"}, {"m", "l"}), north}});
+    EXPECT_EQ(out->Values("color"), (Texts{"v0", "v1", "v2", "v2", "v3", "v4", "v4", "v5"}));
+    EXPECT_EQ(out->Values("size"), (Texts{"s", "s", "m", "l"}));
 }
 
-TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)
+TEST_F(CombinerTest, BadModelsAtFirstAndLaterPositions)
 {
     AddSplitVars(list, false);
     const std::string good = DataFile("regression.pmml");
@@ -254,8 +233,7 @@ TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)
         {"bad/empty_function.pmml", 109, 124},
         {"tree_a.pmml", 0, 124},
         {"bad/wrong_root.xml", 105, 0},
-        {"bad/no_model.pmml", 113, 0},
-    };
+        {"bad/no_model.pmml", 113, 0}};
     for (const auto& [file, first, later] : bad) {
         SCOPED_TRACE(file);
         ZRXSplitPMMLCombiner combiner(list);
@@ -280,7 +258,7 @@ TEST_F(CombinerIntake, BadModelsAtFirstAndLaterPositions)
     }
 }
 
-TEST_F(CombinerIntake, ValueCountAndEmptyArguments)
+TEST_F(CombinerTest, ValueCountAndEmptyArguments)
 {
     AddSplitVars(list, false);
     const std::string good = DataFile("regression.pmml");
@@ -300,7 +278,7 @@ TEST_F(CombinerIntake, ValueCountAndEmptyArguments)
     EXPECT_EQ(empty.GetNModels(), 0);
 }
 
-TEST_F(CombinerIntake, ModellessLaterDocumentStillMergesItsDictionary)
+TEST_F(CombinerTest, ModellessLaterDocumentStillMergesItsDictionary)
 {
     AddSplitVars(list, false);
     const auto out = Combine({{"two_models.pmml", {"north"}}, {"bad/no_model.pmml", {"south"}}});
@@ -311,7 +289,7 @@ TEST_F(CombinerIntake, ModellessLaterDocumentStillMergesItsDictionary)
     EXPECT_EQ(out->SchemaNames(), (Texts{"region"}));
 }
 
-TEST_F(CombinerIntake, ExportReleasesAndAddModelAfterwardsStartsAnew)
+TEST_F(CombinerTest, ExportReleasesAndAddModelAfterwardsStartsAnew)
 {
     AddSplitVars(list, false);
     {
@@ -352,8 +330,7 @@ TEST_F(CombinerTest, ModelsAreCopiedNodeForNode)
 {
     AddSplitVars(list, false);
     const auto out = Combine({{"markup.pmml", {"north"}}, {"markup.pmml", {"south"}}});
-    std::ifstream in(dir.Path("out.pmml"));
-    const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string text = zrxtest::ReadFile(dir.Path("out.pmml"));
     const std::string model = "<TreeModel functionName=\"classification\" modelName=\"m&amp;m\">\n"
                               "    <!-- kept as written -->\n"
                               "    <MiningSchema><MiningField name=\"x\"/><MiningField name=\"y\" "

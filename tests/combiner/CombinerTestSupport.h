@@ -26,16 +26,25 @@ inline std::string DataFile(const std::string& name)
     return std::string(ZRX_TEST_DATA_DIR) + "/combiner/" + name;
 }
 
-// A folder of its own in `base`, removed with the object.
+// A folder of its own, removed with the object: in memory where there is
+// such a file system (the writes sync), else in /tmp. A folder that could not
+// be made leaves the paths at the root, where writes fail.
 class TempDir {
 public:
-    explicit TempDir(const std::string& base = "/tmp")
+    TempDir()
     {
-        std::string pattern = base + "/zrx-combiner-XXXXXX";
+        std::error_code error;
+        std::string pattern =
+            std::filesystem::is_directory("/dev/shm", error) ? "/dev/shm" : "/tmp";
+        pattern += "/zrx-combiner-XXXXXX";
         const char* made = mkdtemp(&pattern[0]);
-        dir = made != nullptr ? made : "/tmp";
+        dir = made != nullptr ? made : "";
     }
-    ~TempDir() { std::filesystem::remove_all(dir); }
+    ~TempDir()
+    {
+        if (!dir.empty())
+            std::filesystem::remove_all(dir);
+    }
     std::string Path(const std::string& name) const { return dir + "/" + name; }
 
 private:

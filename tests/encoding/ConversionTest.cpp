@@ -23,11 +23,7 @@ TEST_F(Cp1252Test, FittingRuleCountedAndTerminated)
     EXPECT_EQ(Fixed(VORKMB8to16, -5, "abc", 3), "3 1|7777");
     EXPECT_EQ(Fixed(VORKMB16to8, 0, U16({0x20AC}).c_str()), "3 1|Z");
     int code = -1;
-    EXPECT_EQ(VORKMB8to16(nullptr, 10,
-                          "\xE2\x82\xAC"
-                          "ab",
-                          -1, &code),
-              3);
+    EXPECT_EQ(VORKMB8to16(nullptr, 10, "\xE2\x82\xACxy", -1, &code), 3);
     EXPECT_EQ(code, 1);
     EXPECT_EQ(VORKMB8to16(nullptr, 0, nullptr, 5, nullptr), 0) << "a null source is empty";
 }
@@ -39,6 +35,7 @@ TEST_F(GbkTest, CuttingAtCharacterBoundaries)
     EXPECT_EQ(Fixed(VORKMB8to16, 2, "a\xF0\x9F\x98\x80", 5), "1 1|0061 0020 7777");
     EXPECT_EQ(Fixed(VORKMB16to8, 4, U16({0x20AC, 0x20AC}).c_str(), 2), "3 1|\xE2\x82\xAC Z");
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 4, "\xD6\xD0\xD6\xD0", 4), "3 1|\xE4\xB8\xAD Z");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 2, "\xD6\xD0", 2), "0 1|  Z");
     EXPECT_EQ(Fixed(VORKMB16toCodePage, nullptr, 5, U16({'a', 0x4E2D, 0x4E2D}).c_str()),
               "3 1|a\xD6\xD0\\0ZZ");
     EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 3, "\xE4\xB8\xAD\xE4\xB8\xAD", 6),
@@ -72,6 +69,9 @@ TEST_F(CLocaleTest, RoomInAWideCodePage)
     EXPECT_EQ(VORKMBU8ToCodePage(nullptr, out, "\xFF"), 1)
         << "U+FFFD takes three bytes of a room of two";
     EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 8, "a\xFF"), "4 3|a\xEF\xBF\xBD\\0ZZZZ");
+    EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 2, "\xFF", 0), "0 0| ZZ") << "nothing is read";
+    EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 8, "\xC2\xA9\xE0\xA4\x85"),
+              "5 0|\xC2\xA9\xE0\xA4\x85\\0ZZZ");
     EXPECT_EQ(Take(VORKMBTranscodeCodePage(U16({0x20AC, 0x20AC, 0x20AC}).c_str())),
               "\xE2\x82\xAC\xE2\x82\xAC\xE2\x82\xAC");
 }
@@ -98,7 +98,7 @@ TEST_F(GbkTest, StringAndNewArrayForms)
     EXPECT_EQ(Out(VORKMBU8ToCodePage(gb18030.get(), cp, ""), cp), "0|");
     // New arrays: terminated, null for a null source.
     const U16String az = U16({'a', 0x4E2D});
-    EXPECT_EQ(Take(VORKMBTranscodeU8("a\xE4\xB8\xAD")), "0061 4E2D");
+    EXPECT_EQ(Take(VORKMBTranscodeU8("ab")), "0061 0062");
     EXPECT_EQ(Take(VORKMBTranscodeU8(az.c_str())), "a\xE4\xB8\xAD");
     EXPECT_EQ(Take(VORKMBTranscodeCodePage(az.c_str())), "a\xD6\xD0");
     EXPECT_EQ(Take(VORKMBTranscodeCodePage("a\xD6\xD0")), "0061 4E2D");
@@ -152,6 +152,7 @@ TEST_F(GbkTest, GenericRoutes)
     EXPECT_EQ(Fixed(VORKMB8toGeneric, 3, "abcdef"), "3 0|abc\\0");
     EXPECT_EQ(Fixed(VORKMB8toGeneric, 5, "ab"), "2 0|ab\\0ZZZ");
     EXPECT_EQ(Fixed(VORKMBGenericto8, 0, "abcdef"), "6 0|Z");
+    EXPECT_EQ(Fixed(VORKMBGenericto8, 2, "abc", 0), "0 0|ZZZ");
 
     SetUTF8mode(0);
     EXPECT_EQ(Out(VORKMBGenericToU16(u16, "\xD6\xD0"), u16), "0|4E2D");

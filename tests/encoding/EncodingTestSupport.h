@@ -74,32 +74,24 @@ private:
     std::optional<std::string> m_env;
 };
 
+// A fixture for the character locale `locale` that needs the default
+// converter for `codePage` (null: any).
+#define ZRX_LOCALE_FIXTURE(name, locale, codePage)                                                 \
+    class name : public EncodingTest {                                                             \
+    protected:                                                                                     \
+        const char* Locale() const override { return locale; }                                     \
+        const char* CodePage() const override { return codePage; }                                 \
+    }
+
 // The "C" locale, whose default converter is UTF-8.
-class CLocaleTest : public EncodingTest {
-protected:
-    const char* CodePage() const override { return "UTF-8"; }
-};
-
+ZRX_LOCALE_FIXTURE(CLocaleTest, "C", "UTF-8");
 // Double-byte code page: GBK in ICU and in the C library.
-class GbkTest : public EncodingTest {
-protected:
-    const char* Locale() const override { return "zh_CN.GBK"; }
-    const char* CodePage() const override { return "GBK"; }
-};
-
+ZRX_LOCALE_FIXTURE(GbkTest, "zh_CN.GBK", "GBK");
 // Single-byte code page: windows-1252 in ICU and in the C library.
-class Cp1252Test : public EncodingTest {
-protected:
-    const char* Locale() const override { return "en_US.CP1252"; }
-    const char* CodePage() const override { return "windows-1252"; }
-};
-
+ZRX_LOCALE_FIXTURE(Cp1252Test, "en_US.CP1252", "windows-1252");
 // A code set that the C library has and ICU does not know: the default
 // converter cannot be opened (its tests need a fresh process).
-class UnknownCodeSetTest : public EncodingTest {
-protected:
-    const char* Locale() const override { return "hy_AM.ARMSCII-8"; }
-};
+ZRX_LOCALE_FIXTURE(UnknownCodeSetTest, "hy_AM.ARMSCII-8", nullptr);
 
 // A converter opened by the library, closed at the end of the scope.
 struct CloseConverter {

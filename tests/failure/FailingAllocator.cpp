@@ -117,78 +117,33 @@ Uncounted::~Uncounted()
 
 // Every form of operator new and delete is replaced: a sanitizer's runtime
 // has its own forms, and a block must be freed by the form that made it.
-using failtest::Free;
-using failtest::Throwing;
+#define FAILTEST_NEW(except, allocate, ...)                                                        \
+    void* operator new(__VA_ARGS__) except                                                         \
+    {                                                                                              \
+        return allocate;                                                                           \
+    }                                                                                              \
+    void* operator new[](__VA_ARGS__) except                                                       \
+    {                                                                                              \
+        return allocate;                                                                           \
+    }
+#define FAILTEST_DELETE(...)                                                                       \
+    void operator delete(__VA_ARGS__) noexcept                                                     \
+    {                                                                                              \
+        failtest::Free(block);                                                                     \
+    }                                                                                              \
+    void operator delete[](__VA_ARGS__) noexcept                                                   \
+    {                                                                                              \
+        failtest::Free(block);                                                                     \
+    }
 
-void* operator new(std::size_t size)
-{
-    return Throwing(size);
-}
-void* operator new[](std::size_t size)
-{
-    return Throwing(size);
-}
-void* operator new(std::size_t size, std::align_val_t alignment)
-{
-    return Throwing(size, static_cast<std::size_t>(alignment));
-}
-void* operator new[](std::size_t size, std::align_val_t alignment)
-{
-    return Throwing(size, static_cast<std::size_t>(alignment));
-}
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept
-{
-    return failtest::Allocate(size);
-}
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept
-{
-    return failtest::Allocate(size);
-}
-void* operator new(std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
-{
-    return failtest::Allocate(size, static_cast<std::size_t>(alignment));
-}
-void* operator new[](std::size_t size, std::align_val_t alignment, const std::nothrow_t&) noexcept
-{
-    return failtest::Allocate(size, static_cast<std::size_t>(alignment));
-}
-void operator delete(void* block) noexcept
-{
-    Free(block);
-}
-void operator delete[](void* block) noexcept
-{
-    Free(block);
-}
-void operator delete(void* block, std::size_t) noexcept
-{
-    Free(block);
-}
-void operator delete[](void* block, std::size_t) noexcept
-{
-    Free(block);
-}
-void operator delete(void* block, std::align_val_t) noexcept
-{
-    Free(block);
-}
-void operator delete[](void* block, std::align_val_t) noexcept
-{
-    Free(block);
-}
-void operator delete(void* block, std::size_t, std::align_val_t) noexcept
-{
-    Free(block);
-}
-void operator delete[](void* block, std::size_t, std::align_val_t) noexcept
-{
-    Free(block);
-}
-void operator delete(void* block, const std::nothrow_t&) noexcept
-{
-    Free(block);
-}
-void operator delete[](void* block, const std::nothrow_t&) noexcept
-{
-    Free(block);
-}
+FAILTEST_NEW(, failtest::Throwing(size), std::size_t size)
+FAILTEST_NEW(, failtest::Throwing(size, static_cast<std::size_t>(al)), std::size_t size,
+             std::align_val_t al)
+FAILTEST_NEW(noexcept, failtest::Allocate(size), std::size_t size, const std::nothrow_t&)
+FAILTEST_NEW(noexcept, failtest::Allocate(size, static_cast<std::size_t>(al)), std::size_t size,
+             std::align_val_t al, const std::nothrow_t&)
+FAILTEST_DELETE(void* block)
+FAILTEST_DELETE(void* block, std::size_t)
+FAILTEST_DELETE(void* block, std::align_val_t)
+FAILTEST_DELETE(void* block, std::size_t, std::align_val_t)
+FAILTEST_DELETE(void* block, const std::nothrow_t&)
