@@ -2,64 +2,14 @@
 // of the DOM and read them as the document streams, and give what they give
 // on the whole document.
 #include "PMMLTestSupport.h"
-#include "ZRXCorpus.h"
 #include "ZRXTestDom.h"
-
-#include <zrparsexmlr/ZRDataModelParser.h>
-#include <zrparsexmlr/ZRSettingsParser.h>
 
 #include <gtest/gtest.h>
 
+using pmmltest::FieldsReading;
 using ZRMetadata::ZRVarList;
 
 namespace {
-
-// Every status and every variable as the list holds it (pmmltest::Describe,
-// then label, role, storage and the calls on the encoder in order).
-std::string Filled(long code, ZRVarList& list)
-{
-    std::string text = "\nfill " + std::to_string(code);
-    for (int i = 0; i < static_cast<int>(list.Size()); ++i) {
-        const ZRMetadata::IZRVariable& var = *list.GetVarAt(i);
-        text += "\n  " + pmmltest::Describe(var, *list.GetEncoderAt(i)) + "|" + var.GetLabel() +
-                "|" + std::to_string(var.GetRole()) + "|" + std::to_string(var.GetValueFormat()) +
-                "|" + pmmltest::Join(list.GetEncoderAt(i)->GetCallOrder(), pmmltest::Same);
-    }
-    return text;
-}
-
-// What the PMML reader (whole, binned, a wanted list) and the settings
-// reader (as itself and through the PMML reader's FillVarList) give for a
-// PMML text, or the DataModel reader for a DataModel text.
-std::string Reading(const std::string& text, bool fieldsInDOM)
-{
-    std::string out;
-    if (text.find("<DataModel") != std::string::npos) {
-        ZRXPrsUtil::ZRDataModelParser reader;
-        reader.SetFieldsInDOM(fieldsInDOM);
-        out = "parse " + std::to_string(reader.ParseToDOM(text).GetCode());
-        for (const bool alternate : {false, true}) {
-            ZRVarList list;
-            out += Filled(reader.FillVarList(list, alternate, true, 4).GetCode(), list);
-        }
-        return out;
-    }
-    ZRXPrsUtil::ZRSettingsParser reader;
-    reader.SetFieldsInDOM(fieldsInDOM);
-    reader.SetParametersRequired(false);
-    std::istringstream in(text);
-    out = "parse " + std::to_string(reader.ParseToDOM(in).GetCode());
-    ZRXPrsUtil::ZRPMMLParser& pmml = reader;
-    for (const bool useBins : {false, true}) {
-        ZRVarList list;
-        out += Filled(pmml.FillVarList(list, {}, useBins).GetCode(), list);
-        ZRVarList settings;
-        out += Filled(reader.FillVarList(settings, useBins).GetCode(), settings);
-    }
-    ZRVarList some;
-    out += Filled(pmml.FillVarList(some, {"b", "a", "x"}, false).GetCode(), some);
-    return out;
-}
 
 // The codes of the FillVarList calls of a reading, in order.
 std::vector<long> Codes(const std::string& reading)
@@ -135,8 +85,8 @@ TEST(FieldsOutOfDOM, FaultsReadAsInTheWholeDocument)
 {
     for (const Case& c : kCases) {
         const std::string text = Document(c.text);
-        const std::string whole = Reading(text, true);
-        EXPECT_EQ(Reading(text, false), whole) << text;
+        const std::string whole = FieldsReading(text, true);
+        EXPECT_EQ(FieldsReading(text, false), whole) << text;
         if (c.pmml == 104) {
             EXPECT_EQ(whole.substr(0, 9), "parse 104") << text;
             continue;
@@ -151,22 +101,20 @@ TEST(FieldsOutOfDOM, FaultsReadAsInTheWholeDocument)
         deep = "<N>" + deep + "</N>";
     const std::string text =
         Document("<DataField name='a' dataType='string' optype='x'>" + deep + "</DataField>");
-    EXPECT_EQ(Reading(text, false).substr(0, 9), "parse 104");
-    EXPECT_EQ(Reading(text, true).substr(0, 9), "parse 104");
+    EXPECT_EQ(FieldsReading(text, false).substr(0, 9), "parse 104");
+    EXPECT_EQ(FieldsReading(text, true).substr(0, 9), "parse 104");
 }
 
-// The documents of the corpus and of the tests read the same in both ways.
+// The documents of the tests read the same in both ways (those of the corpus:
+// PMMLCorpus).
 TEST(FieldsOutOfDOM, DocumentsReadAsWhole)
 {
-    std::vector<std::filesystem::path> paths = {
-        pmmltest::kDictionary, ZRX_TEST_DATA_DIR "/settings/fields.xml",
-        ZRX_TEST_DATA_DIR "/datamodel/fields.xml", ZRX_EXAMPLES_DIR "/data/job.settings.xml",
-        ZRX_EXAMPLES_DIR "/data/job.datamodel.xml"};
-    for (const zrxtest::CorpusFile& document : zrxtest::CorpusFiles())
-        paths.push_back(document.path);
-    for (const std::filesystem::path& path : paths) {
-        const std::string text = zrxtest::ReadFile(path.string());
-        EXPECT_EQ(Reading(text, false), Reading(text, true)) << path;
+    for (const char* path :
+         {pmmltest::kDictionary.c_str(), ZRX_TEST_DATA_DIR "/settings/fields.xml",
+          ZRX_TEST_DATA_DIR "/datamodel/fields.xml", ZRX_EXAMPLES_DIR "/data/job.settings.xml",
+          ZRX_EXAMPLES_DIR "/data/job.datamodel.xml"}) {
+        const std::string text = zrxtest::ReadFile(path);
+        EXPECT_EQ(FieldsReading(text, false), FieldsReading(text, true)) << path;
     }
 }
 
