@@ -95,19 +95,17 @@ TEST(DataModelStatus, TheWalkStopsAtTheFirstFailingField)
     const std::string before = "<Field name='f1' storage='real' measure='continuous'/><Other/>"
                                "<Field name='f2' storage='string' measure='nominal'/>";
     const std::string after = "<Field name='f4' storage='real' measure='continuous'/>";
-    struct Case {
-        const char* third;
-        long code;
-    };
-    for (const Case& c : {Case{"<Field storage='real' measure='continuous'/>", 108},
-                          Case{"<Field name='f3' measure='continuous'/>", 108},
-                          Case{"<Field name='f3' storage='real'/>", 108},
-                          Case{"<Field name='f3' storage='Real' measure='continuous'/>", 109},
-                          Case{"<Field name='f3' storage='bool'/>", 109},
-                          Case{"<Field name='f1' storage='integer' measure='nominal'/>", 111}}) {
+    const std::pair<const char*, long> cases[] = {
+        {"<Field storage='real' measure='continuous'/>", 108},
+        {"<Field name='f3' measure='continuous'/>", 108},
+        {"<Field name='f3' storage='real'/>", 108},
+        {"<Field name='f3' storage='Real' measure='continuous'/>", 109},
+        {"<Field name='f3' storage='bool'/>", 109},
+        {"<Field name='f1' storage='integer' measure='nominal'/>", 111}};
+    for (const auto& [third, code] : cases) {
         ZRVarList list;
-        EXPECT_EQ(ParseAndFill(Model(before + c.third + after), list), c.code) << c.third;
-        ASSERT_EQ(list.Size(), 2u) << c.third;
+        EXPECT_EQ(ParseAndFill(Model(before + third + after), list), code) << third;
+        ASSERT_EQ(list.Size(), 2u) << third;
         EXPECT_EQ(list.GetVarAt(1)->GetName(), "f2");
     }
 }
@@ -159,19 +157,18 @@ TEST(DataModelVariables, WeightAndBins)
                                   "<Field name='w' displayLabel='Weight' storage='real' "
                                   "measure='continuous' role='freqWeight'>"
                                   "<Range minValue='1'/></Field>");
-    struct Case {
-        bool useBins;
-        int count;
-        bool flag;
-        int passed;
-    };
-    for (const Case& c :
-         {Case{true, 10, true, 10}, Case{true, 2, true, 2}, Case{true, 1, false, -1},
-          Case{true, -5, false, -1}, Case{false, 10, false, -1}}) {
+    // bins asked for, bin count given; bins used, bin count kept
+    const std::tuple<bool, int, bool, int> cases[] = {{true, 10, true, 10},
+                                                      {true, 2, true, 2},
+                                                      {true, 1, false, -1},
+                                                      {true, -5, false, -1},
+                                                      {false, 10, false, -1}};
+    for (const auto& [useBins, count, used, kept] : cases) {
         ZRVarList list;
-        ASSERT_EQ(ParseAndFill(doc, list, false, c.useBins, c.count), 0);
-        EXPECT_EQ(list.GetVarAt(0)->GetUseBins(), c.flag) << c.count;
-        EXPECT_EQ(list.GetVarAt(0)->GetBinCount(), c.passed) << c.count;
+        ASSERT_EQ(ParseAndFill(doc, list, false, useBins, count), 0);
+        EXPECT_EQ(std::make_pair(list.GetVarAt(0)->GetUseBins(), list.GetVarAt(0)->GetBinCount()),
+                  std::make_pair(used, kept))
+            << count;
         const IZRVariable* w = list.GetVarAt(1);
         EXPECT_TRUE(w->IsWeight());
         EXPECT_EQ(w->GetWeightRounding(), IZRVariable::eRoundNearest);
@@ -182,29 +179,30 @@ TEST(DataModelVariables, WeightAndBins)
 }
 
 // The Fields of data/datamodel/fields.xml: values keep their labels only one
-// label per value; Ranges override bound by bound.
+// label per value; Ranges override bound by bound; a continuous field has no
+// value list.
 TEST(DataModelVariables, ValuesAndRanges)
 {
     ZRVarList list;
     ASSERT_EQ(ParseAndFill(zrxtest::ReadFile(ZRX_TEST_DATA_DIR "/datamodel/fields.xml"), list), 0);
     ASSERT_EQ(list.Size(), 8u);
-    EXPECT_EQ(list.GetEncoderAt(0)->GetNumericValues(), (Numbers{1, 3}));
-    EXPECT_TRUE(list.GetEncoderAt(0)->GetValueLabels().empty());
-    EXPECT_EQ(list.GetEncoderAt(1)->GetNumericValues(), (Numbers{kMissing}));
-    EXPECT_TRUE(list.GetEncoderAt(1)->GetValueLabels().empty()); // n, m: 2 for 1
-    EXPECT_EQ(list.GetVarAt(2)->GetName(), "r\xC3\xA9gion");
-    EXPECT_EQ(list.GetVarAt(2)->GetLabel(), "& pays");
-    EXPECT_EQ(list.GetEncoderAt(2)->GetStringValues(), (Texts{"NaN", " x "}));
-    EXPECT_EQ(list.GetEncoderAt(2)->GetValueLabels(), (Texts{"n", "s"}));
-    EXPECT_EQ(list.GetEncoderAt(3)->GetStringValues(), (Texts{"a", "b"}));
-    EXPECT_TRUE(list.GetEncoderAt(3)->GetValueLabels().empty());
-
+    const auto encoder = [&](int i) { return list.GetEncoderAt(i); };
+    EXPECT_EQ(encoder(0)->GetNumericValues(), (Numbers{1, 3}));
+    EXPECT_EQ(encoder(1)->GetNumericValues(), (Numbers{kMissing}));
+    EXPECT_EQ(encoder(2)->GetStringValues(), (Texts{"NaN", " x "}));
+    EXPECT_EQ(encoder(3)->GetStringValues(), (Texts{"a", "b"}));
+    EXPECT_EQ((std::vector<Texts>{encoder(0)->GetValueLabels(), encoder(1)->GetValueLabels(),
+                                  encoder(2)->GetValueLabels(), encoder(3)->GetValueLabels()}),
+              (std::vector<Texts>{{}, {}, {"n", "s"}, {}})); // b: n, m are 2 labels for 1 value
+    EXPECT_EQ(std::make_pair(list.GetVarAt(2)->GetName(), list.GetVarAt(2)->GetLabel()),
+              std::make_pair(std::string("r\xC3\xA9gion"), std::string("& pays")));
     const Numbers minimum = {kLowest, -5, kMissing, kLowest}, maximum = {10, 1000, 1, kHighest};
-    for (int i = 0; i < 4; ++i) {
-        EXPECT_EQ(list.GetVarAt(4 + i)->GetMinimum(), minimum[i]) << i;
-        EXPECT_EQ(list.GetVarAt(4 + i)->GetMaximum(), maximum[i]) << i;
-    }
-    EXPECT_EQ(list.GetVarAt(7)->GetNValues(), 0); // continuous: no value list
+    for (int i = 0; i < 4; ++i)
+        EXPECT_EQ(
+            std::make_pair(list.GetVarAt(4 + i)->GetMinimum(), list.GetVarAt(4 + i)->GetMaximum()),
+            std::make_pair(minimum[i], maximum[i]))
+            << i;
+    EXPECT_EQ(list.GetVarAt(7)->GetNValues(), 0);
 }
 
 TEST(DataModelVariables, TheBundledExampleReadsAsWritten)
