@@ -1,6 +1,7 @@
 // Settings documents: the Parameters path and the statuses a parse leaves for
 // every later call; DataField and DerivedField elements as variables; the
 // example job read as the example program reads it.
+#include "../pmml/PMMLTestSupport.h"
 #include "SettingsTestUtil.h"
 
 using Doubles = std::vector<double>;
@@ -12,6 +13,9 @@ using ZRMTD_NAMESPACE::ZRVarList;
 using ZRXPrsUtil::ZRPMMLParser;
 using ZRXPrsUtil::ZRSettingsParser;
 using namespace settingstest;
+using pmmltest::Describe;
+using pmmltest::Join;
+using pmmltest::Same;
 
 namespace {
 
@@ -134,19 +138,12 @@ TEST(SettingsFields, FieldsOfAFile)
                            {"odd_optype", 2, 5, 0, 0},
                            {"stamp", 1, 6, kLowest, kHighest}});
 
-    const auto* codes = list.GetVarAt(3)->GetEncoder();
-    EXPECT_EQ(codes->GetNumericValues(), (Doubles{1, 2}));
-    EXPECT_TRUE(codes->GetValueLabels().empty()); // one label for two values
-    EXPECT_EQ(codes->GetNumericMissing(),
-              (std::vector<std::pair<double, std::string>>{{9, "bad"}, {8, ""}}));
-    EXPECT_TRUE(codes->HasMissingRange());
-    EXPECT_EQ(codes->GetMissingRangeLower(), 90);
-    EXPECT_EQ(codes->GetMissingRangeUpper(), kHighest);
-    const auto* words = list.GetVarAt(4)->GetEncoder();
-    EXPECT_EQ(words->GetStringValues(), Strings{""});
-    EXPECT_EQ(words->GetValueLabels(), Strings{"empty"});
-    EXPECT_FALSE(words->HasMissingRange());
-    EXPECT_FALSE(list.GetVarAt(5)->GetEncoder()->HasMissingRange());
+    const auto describe = [&](int i) { return Describe(*list.GetVarAt(i), *list.GetEncoderAt(i)); };
+    // codes: one label for two values is dropped; words: the empty value
+    EXPECT_EQ(describe(3), "codes 2;1|2;;9=bad|8=;90..hi;");
+    EXPECT_EQ(describe(4), "words 3;;empty;;;");
+    EXPECT_EQ(list.GetEncoderAt(4)->GetStringValues(), Strings{""});
+    EXPECT_EQ(describe(5), "plain 1;;;;;");
 
     ZRVarList derived;
     ASSERT_TRUE(parser.FillTransDict(derived).IsOK());
@@ -173,16 +170,12 @@ TEST(SettingsFields, BinsFromTheTransformationDictionary)
     ZRVarList list;
     EXPECT_EQ(parser.FillVarList(list, true).GetCode(), 110);
     ASSERT_EQ(list.Size(), 5u);
-    const IZRVariable& binned = *list.GetVarAt(0);
-    EXPECT_TRUE(binned.GetUseBins());
-    EXPECT_EQ(Doubles({binned.GetMinimum(), binned.GetMaximum()}), (Doubles{0, 3}));
-    EXPECT_EQ(binned.GetCutPoints(), (Doubles{1, 2}));
-    EXPECT_EQ(binned.GetEncoder()->GetBinLabels(), (Strings{"lo", "mid", "hi"}));
-    EXPECT_EQ(binned.GetEncoder()->GetCallOrder(),
-              (Strings{"SetBinLabels", "AddMissing", "SetMissingRange"}));
-    EXPECT_EQ(binned.GetValueFormat(), 2);
-    EXPECT_TRUE(list.GetVarAt(1)->GetUseBins());
-    EXPECT_TRUE(list.GetVarAt(1)->GetEncoder()->GetBinLabels().empty());
+    EXPECT_EQ(Describe(*list.GetVarAt(0), *list.GetEncoderAt(0)),
+              "binned 1;;;-9=;-99..hi;0..3 1|2 lo|mid|hi");
+    EXPECT_EQ(Describe(*list.GetVarAt(1), *list.GetEncoderAt(1)), "numbered_bins 1;;;;;0..3 1|2 ");
+    EXPECT_EQ(Join(list.GetEncoderAt(0)->GetCallOrder(), Same),
+              "SetBinLabels|AddMissing|SetMissingRange");
+    EXPECT_EQ(list.GetVarAt(0)->GetValueFormat(), 2);
     const IZRVariable& oneBin = *list.GetVarAt(2);
     EXPECT_FALSE(oneBin.GetUseBins());
     EXPECT_EQ(Doubles({oneBin.GetMinimum(), oneBin.GetMaximum()}), (Doubles{-1, 10}));
