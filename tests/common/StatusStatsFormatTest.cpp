@@ -62,15 +62,13 @@ TEST(MissingValue, IsFiniteEqualToItselfAndApartFromTheOpenBound)
 TEST(UniStats, Validity)
 {
     const double m = ZRMV::gMissingValue;
-    const std::pair<ZRUniStats, bool> discrete[] = {
-        {ZRUniStats(), false},
-        {ZRUniStats("x", 0, {}), true},
-        {ZRUniStats("x", 10, {4, 0, 6}), true},
-        {ZRUniStats("x", -1, {1}), false},
-        {ZRUniStats("x", 10, {4, -1}), false},
-        {ZRUniStats("x", std::nan(""), {1}), false},
-        {ZRUniStats("x", m, {1}), false},
-    };
+    const std::pair<ZRUniStats, bool> discrete[] = {{ZRUniStats(), false},
+                                                    {ZRUniStats("x", 0, {}), true},
+                                                    {ZRUniStats("x", 10, {4, 0, 6}), true},
+                                                    {ZRUniStats("x", -1, {1}), false},
+                                                    {ZRUniStats("x", 10, {4, -1}), false},
+                                                    {ZRUniStats("x", std::nan(""), {1}), false},
+                                                    {ZRUniStats("x", m, {1}), false}};
     for (const auto& [stats, valid] : discrete)
         EXPECT_EQ(stats.IsValid(), valid) << stats.GetTotalFreq();
     // standard deviation, cut points, frequencies, valid
@@ -109,8 +107,7 @@ TEST(Format, ShortestTextThatReadsBackInAnyLocale)
         {1.0 / 3, false, "0.3333333333333333"},
         {2.5e-7, false, "2.5e-07"},
         {DBL_MAX, false, "1.7976931348623157e+308"},
-        {1e-5, true, "0.00001"},
-    };
+        {1e-5, true, "0.00001"}};
     for (const char* locale : {"C", "de_DE.UTF-8"}) {
         const zrxtest::ScopedLocale host(locale);
         ASSERT_TRUE(host.Active()) << locale << " is missing";
