@@ -15,32 +15,16 @@ using ZRMetadata::ZRVarList;
 
 namespace {
 
-// ZRPMMLParser: document statuses and the life of the held document.
-std::string Laughs()
-{
-    std::string text = "<!DOCTYPE PMML [<!ENTITY a0 \"ha\">";
-    for (int i = 1; i < 8; ++i) {
-        const std::string prev = "&a" + std::to_string(i - 1) + ";";
-        text += "<!ENTITY a" + std::to_string(i) + " \"" + prev + prev + prev + prev + prev + prev +
-                prev + prev + prev + prev + "\">";
-    }
-    return text + "]><PMML><DataDictionary><DataField name=\"&a7;\"/></DataDictionary></PMML>";
-}
-
+// Documents that are not well-formed, and hostile ones, give 104 in the XML
+// layer's tests (Parsing.EveryFailedParseGives104WithTheXmlLibrarysMessage,
+// whose parser this reader's derives from); here what only this reader
+// decides, and an external entity inside the fields that it reads.
 TEST(PMMLDocument, StatusOfEachKindOfDocument)
 {
     const std::pair<std::string, long> cases[] = {
         {Doc("", "<TransformationDictionary/>"), 0},
-        {"\xEF\xBB\xBF  <PMML><DataDictionary/></PMML>", 0},
-        // An external DTD is not loaded, an external entity is not resolved.
-        {"<!DOCTYPE PMML SYSTEM \"file:///nonexistent.dtd\"><PMML><DataDictionary/></PMML>", 0},
         {"<!DOCTYPE PMML [<!ENTITY x SYSTEM \"file:///etc/hostname\">]>" + Doc("&x;"), 104},
-        {Laughs(), 104},
-        {"", 104},
-        {"<PMML><DataDictionary>", 104},
         {Doc("") + "<PMML/>", 104},
-        {Doc("<X a=\"\xC3\x28\"/>"), 104},
-        {"<?xml version=\"1.0\" encoding=\"no-such-encoding\"?>" + Doc(""), 104},
         {"<pmml><DataDictionary/></pmml>", 105},
         {"<ns1:PMML xmlns:ns1=\"http://www.dmg.org/PMML-4_2\"><ns1:DataDictionary/></ns1:PMML>",
          105},
@@ -53,10 +37,6 @@ TEST(PMMLDocument, StatusOfEachKindOfDocument)
         EXPECT_EQ(parser.GetRootElement() != nullptr, code == 0) << text;
         EXPECT_EQ(parser.GetXercesMessage().empty(), code != 104) << text;
     }
-    Parser parser;
-    std::istringstream broken(Doc(""));
-    broken.setstate(std::ios::badbit);
-    EXPECT_EQ(parser.ParseToDOM(broken).GetCode(), 104);
 }
 
 TEST(PMMLDocument, QueriesFollowTheLastParse)

@@ -215,7 +215,8 @@ inline std::string Filled(long code, ZRMetadata::ZRVarList& list)
 }
 
 // What the PMML reader (whole, binned, a wanted list) and the settings
-// reader (as itself and through the PMML reader's FillVarList) give for a
+// reader (as itself, with its derived fields, and through the PMML reader's
+// FillVarList) give for a
 // PMML text, or the DataModel reader for a DataModel text, with the fields of
 // the dictionary in the DOM or read as the document streams.
 inline std::string FieldsReading(const std::string& text, bool fieldsInDOM)
@@ -237,14 +238,13 @@ inline std::string FieldsReading(const std::string& text, bool fieldsInDOM)
     std::istringstream in(text);
     out = "parse " + std::to_string(reader.ParseToDOM(in).GetCode());
     ZRXPrsUtil::ZRPMMLParser& pmml = reader;
-    for (const bool useBins : {false, true}) {
-        ZRMetadata::ZRVarList list;
-        out += Filled(pmml.FillVarList(list, {}, useBins).GetCode(), list);
-        ZRMetadata::ZRVarList settings;
-        out += Filled(reader.FillVarList(settings, useBins).GetCode(), settings);
-    }
-    ZRMetadata::ZRVarList some;
-    out += Filled(pmml.FillVarList(some, {"b", "a", "x"}, false).GetCode(), some);
+    ZRMetadata::ZRVarList lists[6];
+    out += Filled(pmml.FillVarList(lists[0], {}, false).GetCode(), lists[0]);
+    out += Filled(reader.FillVarList(lists[1], false).GetCode(), lists[1]);
+    out += Filled(reader.FillTransDict(lists[2]).GetCode(), lists[2]);
+    out += Filled(pmml.FillVarList(lists[3], {}, true).GetCode(), lists[3]);
+    out += Filled(reader.FillVarList(lists[4], true).GetCode(), lists[4]);
+    out += Filled(pmml.FillVarList(lists[5], {"b", "a", "x"}, false).GetCode(), lists[5]);
     return out;
 }
 

@@ -190,57 +190,6 @@ TEST(SettingsFields, BinsFromTheTransformationDictionary)
     EXPECT_EQ(list.Size(), 5u);
 }
 
-// Between a good field and another, a faulty field stops the walk of the
-// settings reader and, for a DataField, of the PMML reader (code -1: not
-// looked at): the field before stays, nothing after it is read.
-TEST(SettingsFields, FaultsStopTheWalk)
-{
-    const std::tuple<const char*, long, long> cases[] = {
-        {R"(<DataField dataType="double" optype="continuous"/>)", 108, 108},
-        {R"(<DataField name="x" optype="continuous"/>)", 108, 108},
-        {R"(<DataField name="x" dataType="double"/>)", 108, 108},
-        {R"(<DataField name="x" dataType="timeSeconds" optype="continuous"/>)", -1, 109},
-        {R"(<DataField name="x" dataType="dateDaysSince[1960]" optype="continuous"/>)", -1, 109},
-        {R"(<DataField name="x" dataType="boolean" optype="categorical"/>)", 109, 109},
-        {R"(<DataField name="x" dataType="Double" optype="continuous"/>)", 109, 109},
-        {R"(<DataField name="a" dataType="integer" optype="categorical"/>)", 111, 111},
-        {R"(<DataField name="x" dataType="double" optype="continuous">
-            <Interval leftMargin="4" rightMargin="3"/></DataField>)",
-         -1, 109},
-        {R"(<DataField name="x" dataType="double" optype="continuous">
-            <Interval leftMargin="abc"/></DataField>)",
-         -1, 109},
-        // Read, and refused, although a categorical field does not use it.
-        {R"(<DataField name="x" dataType="integer" optype="categorical">
-            <Interval leftMargin="x"/></DataField>)",
-         -1, 109},
-        {R"(<DerivedField name="x" dataType="timeSeconds" optype="continuous"/>)", -1, 109},
-        {R"(<DerivedField name="x" dataType="double" optype="continuous">
-            <Extension><Interval leftMargin="3" rightMargin="2"/></Extension></DerivedField>)",
-         -1, 109},
-    };
-    for (const auto& [field, pmmlCode, code] : cases) {
-        const bool derived = std::string(field).find("<Derived") == 0;
-        auto good = [derived](const char* name) {
-            return std::string(derived ? "<DerivedField" : "<DataField") + " name=\"" + name +
-                   "\" dataType=\"double\" optype=\"continuous\"/>";
-        };
-        const std::string fields = good("a") + field + good("z");
-        ZRSettingsParser parser;
-        ASSERT_TRUE(Parse(parser, derived ? Doc("", "", fields) : Doc(fields)).IsOK());
-        ZRVarList list;
-        EXPECT_EQ(
-            (derived ? parser.FillTransDict(list) : parser.FillVarList(list, false)).GetCode(),
-            code)
-            << field;
-        EXPECT_EQ(list.Size(), 1u) << field;
-        ZRVarList pmml;
-        const long got = static_cast<ZRPMMLParser&>(parser).FillVarList(pmml, {}, false).GetCode();
-        EXPECT_EQ(pmmlCode < 0 ? -1 : got, pmmlCode) << field;
-        EXPECT_EQ(pmmlCode < 0 ? 1u : pmml.Size(), 1u) << field;
-    }
-}
-
 // The example job's settings document, read as the example program reads it.
 // Its fields, derived fields and a list of predictors read in full (what each
 // kind of field and each role query gives: SettingsFields.FieldsOfAFile and
