@@ -183,12 +183,3 @@ TEST(DataModelVariables, ValuesAndRanges)
             << i;
     EXPECT_EQ(list.GetVarAt(7)->GetNValues(), 0);
 }
-
-// Every field of the bundled example reads (what each kind of field gives:
-// the tests above).
-TEST(DataModelVariables, TheBundledExampleReadsAsWritten)
-{
-    ZRVarList list;
-    ASSERT_EQ(ParseAndFill(zrxtest::ReadFile(ZRX_EXAMPLES_DIR "/data/job.datamodel.xml"), list), 0);
-    EXPECT_EQ(list.Size(), 15u);
-}

@@ -119,41 +119,31 @@ TEST(PMMLFields, DictionaryFileAsVariables)
     EXPECT_TRUE(cuts.empty());
 }
 
-TEST(PMMLFields, WantedFieldsInDocumentOrder)
-{
-    const std::string dictionary = Field("b", "double") + "<Other name=\"a\"/>" +
-                                   "<DataField name=\"skipped\"/>" + Field("a", "string") +
-                                   "<DataField dataType=\"string\"/>" + Field("c", "string");
-    Parser parser;
-    ASSERT_EQ(parser.Parse(Doc(dictionary)), 0);
-    ZRVarList list;
-    EXPECT_EQ(parser.FillVarList(list, {"a", "b"}, false).GetCode(), 108); // nameless field
-    ASSERT_EQ(list.Size(), 2u);
-    EXPECT_EQ(list.GetVarAt(0)->GetName(), "b");
-    EXPECT_EQ(list.GetVarAt(1)->GetName(), "a");
-    ASSERT_EQ(parser.Parse(Doc("<Other/>")), 0);
-    EXPECT_TRUE(parser.FillVarList(list, {}, true).IsOK());
-    EXPECT_EQ(list.Size(), 2u);
-}
-
 // The wanted list is a set of exact names: its order and repeats don't
 // matter, names the document lacks are passed over, case and non-ASCII
-// text count, and a name ends at a zero byte as its C string does.
+// text count, and a name ends at a zero byte as its C string does. The
+// variables come in document order, and a faulty field stops the walk even
+// when it is not wanted.
 TEST(PMMLFields, WantedListIsASetOfExactNames)
 {
     const std::string dictionary = Field("b", "double") + Field("\xC3\xA9t\xC3\xA9", "string") +
+                                   "<Other name=\"c\"/><DataField name=\"skipped\"/>" +
                                    Field("B", "string") + Field("a", "string") +
-                                   Field("c", "string") + Field("\xC3\xA9", "string");
+                                   "<DataField dataType=\"string\"/>" + Field("c", "string") +
+                                   Field("\xC3\xA9", "string");
     Parser parser;
     ASSERT_EQ(parser.Parse(Doc(dictionary)), 0);
     const std::vector<std::string> wanted{
-        "zz", "a", "\xC3\xA9t\xC3\xA9", "a", std::string("b\0c", 3), "missing", "\xC3\xA9t"};
+        "zz", "a", "\xC3\xA9t\xC3\xA9", "a", std::string("b\0c", 3), "missing", "\xC3\xA9t", "c"};
     ZRVarList list;
-    EXPECT_TRUE(parser.FillVarList(list, wanted, false).IsOK());
+    EXPECT_EQ(parser.FillVarList(list, wanted, false).GetCode(), 108); // nameless field
     std::vector<std::string> names;
     for (std::size_t i = 0; i < list.Size(); ++i)
         names.push_back(list.GetVarAt(static_cast<int>(i))->GetName());
     EXPECT_EQ(names, (std::vector<std::string>{"b", "\xC3\xA9t\xC3\xA9", "a"}));
+    ASSERT_EQ(parser.Parse(Doc("<Other/>")), 0);
+    EXPECT_TRUE(parser.FillVarList(list, {}, true).IsOK());
+    EXPECT_EQ(list.Size(), 3u);
 }
 
 // ZRPMMLParser::FillUniStats and its helpers.

@@ -190,31 +190,17 @@ TEST(SettingsFields, BinsFromTheTransformationDictionary)
     EXPECT_EQ(list.Size(), 5u);
 }
 
-// The example job's settings document, read as the example program reads it.
-// Its fields, derived fields and a list of predictors read in full (what each
-// kind of field and each role query gives: SettingsFields.FieldsOfAFile and
-// SettingsRoles.EachQueryReadsItsParameter).
-TEST(SettingsExample, FieldsAndRoles)
-{
-    ZRSettingsParser parser;
-    ASSERT_TRUE(ParseFile(parser, "example").IsOK());
-    ZRMTD_NAMESPACE::ZRVarList list;
-    ASSERT_TRUE(parser.FillVarList(list, false).IsOK());
-    EXPECT_EQ(list.Size(), 32u);
-    ASSERT_TRUE(parser.FillTransDict(list).IsOK());
-    EXPECT_EQ(list.Size(), 36u);
-    Names names;
-    EXPECT_TRUE(parser.GetCatPredictors(names).IsOK());
-    EXPECT_EQ(names,
-              (Names{"gender", "region", "education", "employment", "home_owner", "product"}));
-}
-
-// Groups open only from their own scope, and a scope sees only its direct
-// children.
+// The example job's settings document, read as the example program reads it
+// (its fields: FieldsOutOfDOM.DocumentsReadAsWhole). Groups open only from
+// their own scope, and a scope sees only its direct children.
 TEST(SettingsExample, ParametersInNestedGroups)
 {
     ZRSettingsParser parser;
     ASSERT_TRUE(ParseFile(parser, "example").IsOK());
+    Names names;
+    EXPECT_TRUE(parser.GetCatPredictors(names).IsOK());
+    EXPECT_EQ(names,
+              (Names{"gender", "region", "education", "employment", "home_owner", "product"}));
     std::vector<double> levels;
     ASSERT_TRUE(parser.GetArray("profitLevels", levels).IsOK());
     EXPECT_EQ(levels, (std::vector<double>{0.1, 0.25, 0.5, 0.75, 0.9}));
