@@ -31,21 +31,9 @@ TEST(Status, DefaultIsOkAndAnyGivenCodeIsAFailure)
         copy = ZRStatus();
         EXPECT_TRUE(copy.IsOK());
     }
-    using namespace ZRCommon;
-    const long named[] = {eCannotStart,         eCannotParse,
-                          eWrongRoot,           eNoDataDictionary,
-                          eNoDocument,          eAttributeAbsent,
-                          eNotAccepted,         eNoBins,
-                          eVariableRefused,     eNoModel,
-                          eChildAbsent,         eBadFrequencies,
-                          eIntervalsDontFit,    eInvalidStatistics,
-                          eCannotWrite,         eNoParameters,
-                          eNoSuchParameter,     eIsList,
-                          eNoListValue,         eNoValue,
-                          eOtherFunction,       eIsMiningModel,
-                          eSplitValuesDontMatch};
-    for (long i = 0; i < static_cast<long>(std::size(named)); ++i)
-        EXPECT_EQ(named[i], 103 + i + (i >= 14 ? 1 : 0)) << i;
+    // The other named codes are compared as numbers by the tests of the
+    // readers, the writer and the combiner; this one is met only by name.
+    EXPECT_EQ(ZRCommon::eCannotStart, 103);
 }
 
 TEST(MissingValue, IsFiniteEqualToItselfAndApartFromTheOpenBound)

@@ -254,6 +254,8 @@ const Case kCases[] = {
      "109/4 109/4"},
     {"<Fields><Field name='a' storage='real'/></Fields><Fields><Field name='b'/></Fields>",
      "108/0 108/0"},
+    // Binned, a continuous field without a TransformationDictionary stops the walk.
+    {"<DataField name='x' dataType='double' optype='continuous'/>", "0/1 0/1 0/0 110/0 110/0"},
     // Between good fields: the walk stops at the faulty one, nothing after it is read.
     {Between("<DataField dataType='double' optype='continuous'/>"), "108/1 108/1"},
     {Between("<DataField name='x' optype='continuous'/>"), "108/1 108/1"},

@@ -4,13 +4,11 @@
 #include "../pmml/PMMLTestSupport.h"
 #include "SettingsTestUtil.h"
 
-using Doubles = std::vector<double>;
 using Ints = std::vector<int>;
 using Names = std::vector<std::string>;
 using Strings = std::vector<std::string>;
 using ZRMTD_NAMESPACE::IZRVariable;
 using ZRMTD_NAMESPACE::ZRVarList;
-using ZRXPrsUtil::ZRPMMLParser;
 using ZRXPrsUtil::ZRSettingsParser;
 using namespace settingstest;
 using pmmltest::Describe;
@@ -101,68 +99,58 @@ TEST(SettingsDocument, QueriesAnswerWithTheParseCode)
 
 // DataField and DerivedField elements as variables: kinds, storage codes,
 // margins, missing values, ranges and bins.
-// name; kind, storage code; margins of an unbinned continuous variable
-using Expected = std::tuple<std::string, int, int, double, double>;
-
-void ExpectVariables(const ZRVarList& list, const std::vector<Expected>& expected)
+// A variable in the line form of pmmltest::Describe, then its storage code
+// and, continuous and unbinned, its margins; every one has the input role.
+std::string Line(ZRVarList& list, int i)
 {
-    ASSERT_EQ(list.Size(), expected.size());
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-        const auto& [name, type, storage, minimum, maximum] = expected[i];
-        const IZRVariable& v = *list.GetVarAt(static_cast<int>(i));
-        const bool margins = type == 1 && !v.GetUseBins();
-        EXPECT_EQ(Expected(v.GetName(), v.GetVarType(), v.GetValueFormat(),
-                           margins ? v.GetMinimum() : 0, margins ? v.GetMaximum() : 0),
-                  Expected(name, type, storage, margins ? minimum : 0, margins ? maximum : 0));
-        EXPECT_EQ(v.GetRole(), IZRVariable::eRoleInput) << name;
-    }
+    const IZRVariable& v = *list.GetVarAt(i);
+    EXPECT_EQ(v.GetRole(), IZRVariable::eRoleInput) << v.GetName();
+    return Describe(v, *list.GetEncoderAt(i)) + " " + std::to_string(v.GetValueFormat()) +
+           (v.GetVarType() == 1 && !v.GetUseBins()
+                ? " " + pmmltest::Num(v.GetMinimum()) + ".." + pmmltest::Num(v.GetMaximum())
+                : "");
 }
 
 // Every field of fields.xml as a variable, by FillVarList and FillTransDict.
+// codes: one label for two values is dropped; words: the empty value.
 TEST(SettingsFields, FieldsOfAFile)
 {
+    const std::vector<std::string> fields = {"binned 1;;;-9=;-99..hi; 2 -1..10",
+                                             "numbered_bins 1;;;;; 2 lo..hi",
+                                             "one_bin 1;;;;; 2 -1..10",
+                                             "codes 2;1|2;;9=bad|8=;90..hi; 1",
+                                             "words 3;;empty;;; 3",
+                                             "plain 1;;;;; 2 lo..hi",
+                                             "right_only 1;;;;; 2 lo..-5",
+                                             "one_point 1;;;;; 1 3..3",
+                                             "last_interval 1;;;;; 4 lo..7",
+                                             "text_cont 1;;;;; 3 lo..hi",
+                                             "odd_optype 2;;;;; 5",
+                                             "stamp 1;;;;; 6 lo..hi"};
+    const std::vector<std::string> derived = {
+        "binned_bins 3;;;;; 3",         "numbered_bins_bins 3;;;;; 3",
+        "one_bin_bins 3;;;;; 3",        "derived_plain 1;;;;; 2 lo..hi",
+        "in_extension 1;;;;; 2 1..2",   "extension_last 1;;;;; 2 lo..7",
+        "interval_last 1;;;;; 2 2..hi", "first_in_extension 1;;;;; 2 1..5",
+        "derived_text 3;;;;; 3",        "self_binned 1;;;;; 2 lo..hi"};
     ZRSettingsParser parser;
     ASSERT_TRUE(ParseFile(parser, "fields.xml").IsOK());
-    ZRVarList list;
-    ASSERT_TRUE(parser.FillVarList(list, false).IsOK());
-    ExpectVariables(list, {{"binned", 1, 2, -1, 10},
-                           {"numbered_bins", 1, 2, kLowest, kHighest},
-                           {"one_bin", 1, 2, -1, 10},
-                           {"codes", 2, 1, 0, 0},
-                           {"words", 3, 3, 0, 0},
-                           {"plain", 1, 2, kLowest, kHighest},
-                           {"right_only", 1, 2, kLowest, -5},
-                           {"one_point", 1, 1, 3, 3},
-                           {"last_interval", 1, 4, kLowest, 7},
-                           {"text_cont", 1, 3, kLowest, kHighest},
-                           {"odd_optype", 2, 5, 0, 0},
-                           {"stamp", 1, 6, kLowest, kHighest}});
-
-    const auto describe = [&](int i) { return Describe(*list.GetVarAt(i), *list.GetEncoderAt(i)); };
-    // codes: one label for two values is dropped; words: the empty value
-    EXPECT_EQ(describe(3), "codes 2;1|2;;9=bad|8=;90..hi;");
-    EXPECT_EQ(describe(4), "words 3;;empty;;;");
-    EXPECT_EQ(list.GetEncoderAt(4)->GetStringValues(), Strings{""});
-    EXPECT_EQ(describe(5), "plain 1;;;;;");
-
-    ZRVarList derived;
-    ASSERT_TRUE(parser.FillTransDict(derived).IsOK());
-    ExpectVariables(derived, {{"binned_bins", 3, 3, 0, 0},
-                              {"numbered_bins_bins", 3, 3, 0, 0},
-                              {"one_bin_bins", 3, 3, 0, 0},
-                              {"derived_plain", 1, 2, kLowest, kHighest},
-                              {"in_extension", 1, 2, 1, 2},
-                              {"extension_last", 1, 2, kLowest, 7},
-                              {"interval_last", 1, 2, 2, kHighest},
-                              {"first_in_extension", 1, 2, 1, 5},
-                              {"derived_text", 3, 3, 0, 0},
-                              {"self_binned", 1, 2, kLowest, kHighest}});
-    EXPECT_FALSE(derived.GetVarAt(9)->GetUseBins());
+    for (const bool transDict : {false, true}) {
+        ZRVarList list;
+        ASSERT_TRUE(
+            (transDict ? parser.FillTransDict(list) : parser.FillVarList(list, false)).IsOK());
+        std::vector<std::string> lines;
+        for (int i = 0; i < static_cast<int>(list.Size()); ++i)
+            lines.push_back(Line(list, i));
+        EXPECT_EQ(lines, transDict ? derived : fields);
+        EXPECT_EQ(list.GetEncoderAt(4)->GetStringValues(), transDict ? Strings{} : Strings{""});
+    }
 }
 
 // Bins come from the Discretize of the field; bin numbers as labels are not
 // passed on; one bin leaves the field's own margins; a continuous field
-// without Discretize stops the walk with 110.
+// without Discretize stops the walk with 110 (without a TransformationDictionary
+// too: FieldsOutOfDOM.FaultsReadAsInTheWholeDocument).
 TEST(SettingsFields, BinsFromTheTransformationDictionary)
 {
     ZRSettingsParser parser;
@@ -170,24 +158,11 @@ TEST(SettingsFields, BinsFromTheTransformationDictionary)
     ZRVarList list;
     EXPECT_EQ(parser.FillVarList(list, true).GetCode(), 110);
     ASSERT_EQ(list.Size(), 5u);
-    EXPECT_EQ(Describe(*list.GetVarAt(0), *list.GetEncoderAt(0)),
-              "binned 1;;;-9=;-99..hi;0..3 1|2 lo|mid|hi");
-    EXPECT_EQ(Describe(*list.GetVarAt(1), *list.GetEncoderAt(1)), "numbered_bins 1;;;;;0..3 1|2 ");
+    EXPECT_EQ(Line(list, 0) + "|" + Line(list, 1) + "|" + Line(list, 2),
+              "binned 1;;;-9=;-99..hi;0..3 1|2 lo|mid|hi 2|numbered_bins 1;;;;;0..3 1|2  2|"
+              "one_bin 1;;;;; 2 -1..10");
     EXPECT_EQ(Join(list.GetEncoderAt(0)->GetCallOrder(), Same),
               "SetBinLabels|AddMissing|SetMissingRange");
-    EXPECT_EQ(list.GetVarAt(0)->GetValueFormat(), 2);
-    const IZRVariable& oneBin = *list.GetVarAt(2);
-    EXPECT_FALSE(oneBin.GetUseBins());
-    EXPECT_EQ(Doubles({oneBin.GetMinimum(), oneBin.GetMaximum()}), (Doubles{-1, 10}));
-
-    ZRSettingsParser noDictionary;
-    ASSERT_TRUE(Parse(noDictionary, Doc("<DataField name=\"x\" dataType=\"double\" "
-                                        "optype=\"continuous\"/>"))
-                    .IsOK());
-    EXPECT_EQ(noDictionary.FillVarList(list, true).GetCode(), 110);
-    EXPECT_EQ(static_cast<ZRPMMLParser&>(noDictionary).FillVarList(list, {}, true).GetCode(), 110);
-    EXPECT_TRUE(noDictionary.FillTransDict(list).IsOK());
-    EXPECT_EQ(list.Size(), 5u);
 }
 
 // The example job's settings document, read as the example program reads it
