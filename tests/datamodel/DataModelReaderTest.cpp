@@ -1,6 +1,7 @@
 // The DataModel reader: status codes, the walk that stops at the first
 // failing Field, the life of the object, and how each Field becomes a
 // variable (kind, storage code, role, bins, values with their labels, ranges).
+#include "../pmml/PMMLTestSupport.h"
 #include "ZRXTestDom.h"
 
 #include <zrparsexmlr/ZRDataModelParser.h>
@@ -30,11 +31,7 @@ long ParseAndFill(const std::string& text, ZRVarList& list, bool alternateInputR
                   : parser.FillVarList(list, alternateInputRole, useBins, binCount).GetCode();
 }
 
-typedef std::vector<std::string> Texts;
-typedef std::vector<double> Numbers;
 const double kLowest = std::numeric_limits<double>::lowest();
-const double kHighest = std::numeric_limits<double>::max();
-const double kMissing = ZRMV::gMissingValue;
 const std::string kGood = Model("<Field name='a' storage='real' measure='continuous'/>"
                                 "<Field name='b' storage='string' measure='nominal'/>");
 
@@ -158,28 +155,19 @@ TEST(DataModelVariables, WeightAndBins)
 }
 
 // The Fields of data/datamodel/fields.xml: values keep their labels only one
-// label per value; Ranges override bound by bound; a continuous field has no
-// value list.
+// label per value (b: n, m are 2 labels for 1 value); Ranges override bound by
+// bound; a continuous field has no value list.
 TEST(DataModelVariables, ValuesAndRanges)
 {
     ZRVarList list;
     ASSERT_EQ(ParseAndFill(zrxtest::ReadFile(ZRX_TEST_DATA_DIR "/datamodel/fields.xml"), list), 0);
-    ASSERT_EQ(list.Size(), 8u);
-    const auto encoder = [&](int i) { return list.GetEncoderAt(i); };
-    EXPECT_EQ(encoder(0)->GetNumericValues(), (Numbers{1, 3}));
-    EXPECT_EQ(encoder(1)->GetNumericValues(), (Numbers{kMissing}));
-    EXPECT_EQ(encoder(2)->GetStringValues(), (Texts{"NaN", " x "}));
-    EXPECT_EQ(encoder(3)->GetStringValues(), (Texts{"a", "b"}));
-    EXPECT_EQ((std::vector<Texts>{encoder(0)->GetValueLabels(), encoder(1)->GetValueLabels(),
-                                  encoder(2)->GetValueLabels(), encoder(3)->GetValueLabels()}),
-              (std::vector<Texts>{{}, {}, {"n", "s"}, {}})); // b: n, m are 2 labels for 1 value
-    EXPECT_EQ(std::make_pair(list.GetVarAt(2)->GetName(), list.GetVarAt(2)->GetLabel()),
-              std::make_pair(std::string("r\xC3\xA9gion"), std::string("& pays")));
-    const Numbers minimum = {kLowest, -5, kMissing, kLowest}, maximum = {10, 1000, 1, kHighest};
-    for (int i = 0; i < 4; ++i)
-        EXPECT_EQ(
-            std::make_pair(list.GetVarAt(4 + i)->GetMinimum(), list.GetVarAt(4 + i)->GetMaximum()),
-            std::make_pair(minimum[i], maximum[i]))
-            << i;
+    std::vector<std::string> lines;
+    for (int i = 0; i < static_cast<int>(list.Size()); ++i)
+        lines.push_back(pmmltest::Line(list, i));
+    EXPECT_EQ(lines, (std::vector<std::string>{"a 2;1|3;;;; 1", "b 2;M;;;; 2",
+                                               "r\xC3\xA9gion 3;NaN| x ;n|s;;; 3", " 3;a|b;;;; 3",
+                                               "ra 1;;;;; 2 lo..10", "rb 1;;;;; 2 -5..1000",
+                                               "rc 1;;;;; 1 M..1", "rd 1;;;;; 4 lo..hi"}));
+    EXPECT_EQ(list.GetVarAt(2)->GetLabel(), "& pays");
     EXPECT_EQ(list.GetVarAt(7)->GetNValues(), 0);
 }

@@ -139,6 +139,17 @@ inline std::string Describe(const ZRMetadata::IZRVariable& var, const ZRMetadata
     return text;
 }
 
+// A variable of `list` in the line form of Describe, then its storage code
+// and, continuous and unbinned, its margins.
+inline std::string Line(ZRMetadata::ZRVarList& list, int i)
+{
+    const ZRMetadata::IZRVariable& v = *list.GetVarAt(i);
+    return Describe(v, *list.GetEncoderAt(i)) + " " + std::to_string(v.GetValueFormat()) +
+           (v.GetVarType() == 1 && !v.GetUseBins()
+                ? " " + Num(v.GetMinimum()) + ".." + Num(v.GetMaximum())
+                : "");
+}
+
 // The status of each UnivariateStats of `model`, each read into an object
 // from `make()`, which a failure must leave alone. With `results`, the objects
 // afterwards.

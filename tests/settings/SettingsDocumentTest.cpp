@@ -13,6 +13,7 @@ using ZRXPrsUtil::ZRSettingsParser;
 using namespace settingstest;
 using pmmltest::Describe;
 using pmmltest::Join;
+using pmmltest::Line;
 using pmmltest::Same;
 
 namespace {
@@ -99,18 +100,6 @@ TEST(SettingsDocument, QueriesAnswerWithTheParseCode)
 
 // DataField and DerivedField elements as variables: kinds, storage codes,
 // margins, missing values, ranges and bins.
-// A variable in the line form of pmmltest::Describe, then its storage code
-// and, continuous and unbinned, its margins; every one has the input role.
-std::string Line(ZRVarList& list, int i)
-{
-    const IZRVariable& v = *list.GetVarAt(i);
-    EXPECT_EQ(v.GetRole(), IZRVariable::eRoleInput) << v.GetName();
-    return Describe(v, *list.GetEncoderAt(i)) + " " + std::to_string(v.GetValueFormat()) +
-           (v.GetVarType() == 1 && !v.GetUseBins()
-                ? " " + pmmltest::Num(v.GetMinimum()) + ".." + pmmltest::Num(v.GetMaximum())
-                : "");
-}
-
 // Every field of fields.xml as a variable, by FillVarList and FillTransDict.
 // codes: one label for two values is dropped; words: the empty value.
 TEST(SettingsFields, FieldsOfAFile)
@@ -140,8 +129,10 @@ TEST(SettingsFields, FieldsOfAFile)
         ASSERT_TRUE(
             (transDict ? parser.FillTransDict(list) : parser.FillVarList(list, false)).IsOK());
         std::vector<std::string> lines;
-        for (int i = 0; i < static_cast<int>(list.Size()); ++i)
+        for (int i = 0; i < static_cast<int>(list.Size()); ++i) {
             lines.push_back(Line(list, i));
+            EXPECT_EQ(list.GetVarAt(i)->GetRole(), IZRVariable::eRoleInput);
+        }
         EXPECT_EQ(lines, transDict ? derived : fields);
         EXPECT_EQ(list.GetEncoderAt(4)->GetStringValues(), transDict ? Strings{} : Strings{""});
     }
