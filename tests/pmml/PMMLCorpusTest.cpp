@@ -1,21 +1,21 @@
-// ZRPMMLParser on the public PMML documents of the corpus: every file is read,
-// and a table of hand-checked expectations pins down a few of them. Entries
-// for documents of the extra corpus are checked when the build names it.
+// ZRPMMLParser on the public PMML documents of the corpus, one test per
+// folder: every document reads the same whole, without its model bodies and
+// with its fields out of the DOM, and a table of hand-checked expectations
+// pins down a few of them. Entries for documents of the extra corpus are
+// checked when the build names it.
 #include "PMMLTestSupport.h"
 #include "ZRXCorpus.h"
+#include "ZRXTestDom.h"
 
 #include <gtest/gtest.h>
 
-#include <zrcommonr/ZRVarList.h>
-
+#include <cctype>
 #include <filesystem>
 #include <map>
-#include <set>
 
 using pmmltest::Join;
 using pmmltest::Parser;
 using ZRMetadata::ZRVarList;
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -69,7 +69,7 @@ const std::map<std::string, std::string> kWalks = {
 };
 
 // Fields checked by hand against their file, in the form of pmmltest::Describe.
-const std::pair<const char*, const char*> kFields[] = {
+const std::multimap<std::string, std::string> kFields = {
     {"big-life-lab-pmml/tests/integration/expected-pmml.xml",
      "RACA_6A 3;1|2;Yes|No;6=not applicable|7=don't know (7)|8=refusal (8)|9=not stated (9);;"},
     {"big-life-lab-pmml/tests/integration/expected-pmml.xml",
@@ -82,16 +82,18 @@ const std::pair<const char*, const char*> kFields[] = {
      "DHHGAGE 3;1|2|3;12 to 14 years|15 to 19 years|20 To 24 Years;"
      "96=not applicable|97=don't know (97)|98=refusal (98)|99=not stated (99);;"},
     {"sklearn-pmml-model/nb-cat-pima.pmml", "age 3;(20,30]|(30,40]|(40,50]|(50,60]|(60,70];;;;"},
+    // A list of wanted fields passes over the boolean field that stops a full walk.
+    {"gopmml/cash_out_fraud_0.1.0.xml", "amount 1;;;;;"},
 };
 
-// Whether a table entry names a document that was read: a document of a
-// folder that the tree lacks belongs to the extra corpus, and is excused
-// without it.
-bool Read(const std::set<std::string>& seen, const std::string& name)
+// The names of the corpus documents, one test each, so that each test stays
+// short in every build.
+std::vector<std::string> Names()
 {
-    const std::string folder = name.substr(0, name.find('/'));
-    return seen.count(name) != 0 ||
-           (zrxtest::ExtraCorpusDir().empty() && !fs::is_directory(zrxtest::CorpusDir() / folder));
+    std::vector<std::string> names;
+    for (const zrxtest::CorpusFile& document : zrxtest::CorpusFiles())
+        names.push_back(document.name);
+    return names;
 }
 
 // The statuses of the statistics of the model that holds the first
@@ -109,61 +111,64 @@ std::string WalkStats(Parser& parser)
     return Join(codes, [](long code) { return std::to_string(code); });
 }
 
-TEST(PMMLCorpus, EveryFileIsRead)
-{
-    std::size_t inTree = 0;
-    std::set<std::string> seen;
-    for (const zrxtest::CorpusFile& document : zrxtest::CorpusFiles()) {
-        inTree += document.inTree ? 1 : 0;
-        const std::string& name = document.name;
-        seen.insert(name);
-        Parser parser;
-        const long parsed = parser.ParseFile(document.path.string());
-        const auto known = kOutcomes.find(name);
-        const FileOutcome expected = known != kOutcomes.end()
-                                         ? known->second
-                                         : FileOutcome{0, 0, parser.Count(u"DataField")};
-        EXPECT_EQ(parsed, expected.parse) << name;
-        ZRVarList list;
-        EXPECT_EQ(parser.FillVarList(list, {}, false).GetCode(), expected.fill) << name;
-        EXPECT_EQ(list.Size(), expected.variables) << name;
-        if (expected.parse != 0)
-            continue;
-        const auto walk = kWalks.find(name);
-        EXPECT_EQ(WalkStats(parser), walk == kWalks.end() ? "" : walk->second) << name;
-    }
-    EXPECT_EQ(inTree, 33u);
-    for (const auto& entry : kOutcomes)
-        EXPECT_TRUE(Read(seen, entry.first)) << entry.first;
-    for (const auto& entry : kWalks)
-        EXPECT_TRUE(Read(seen, entry.first)) << entry.first;
-}
+class PMMLCorpus : public ::testing::TestWithParam<std::string> {};
 
-TEST(PMMLCorpus, HandCheckedFields)
+TEST_P(PMMLCorpus, EveryDocumentReadsTheSameInEveryWay)
 {
-    std::set<std::string> seen;
-    for (const auto& [file, expected] : kFields) {
-        const fs::path path = zrxtest::CorpusPath(file);
-        if (path.empty())
-            continue;
-        seen.insert(file);
-        const std::string field = std::string(expected).substr(0, std::string(expected).find(' '));
-        Parser parser;
-        ASSERT_EQ(parser.ParseFile(path.string()), 0) << file;
-        ZRVarList list;
-        ASSERT_TRUE(parser.FillVarList(list, {field}, false).IsOK()) << file;
-        ASSERT_EQ(list.Size(), 1u) << field;
-        EXPECT_EQ(pmmltest::Describe(*list.GetVarAt(0), *list.GetEncoderAt(0)), expected);
-    }
-    for (const auto& entry : kFields)
-        EXPECT_TRUE(Read(seen, entry.first)) << entry.first;
-    // A list of wanted fields passes over the boolean field that stops a full walk.
-    Parser parser;
-    ASSERT_EQ(parser.ParseFile((zrxtest::CorpusDir() / "gopmml/cash_out_fraud_0.1.0.xml").string()),
-              0);
+    const std::string& name = GetParam();
+    const std::string text = zrxtest::ReadFile(zrxtest::CorpusPath(name).string());
+    Parser whole;
+    Parser skipped;
+    skipped.SetReadModelBodies(false);
+    const long parsed = whole.Parse(text);
+    skipped.Parse(text);
+    const auto known = kOutcomes.find(name);
+    const FileOutcome expected =
+        known != kOutcomes.end() ? known->second : FileOutcome{0, 0, whole.Count(u"DataField")};
+    EXPECT_EQ(parsed, expected.parse);
     ZRVarList list;
-    EXPECT_TRUE(parser.FillVarList(list, {"amount", "max_failed_logins"}, false).IsOK());
-    EXPECT_EQ(list.Size(), 2u);
+    EXPECT_EQ(whole.FillVarList(list, {}, false).GetCode(), expected.fill);
+    EXPECT_EQ(list.Size(), expected.variables);
+    for (auto [at, end] = kFields.equal_range(name); at != end; ++at) {
+        ZRVarList one;
+        EXPECT_TRUE(
+            whole.FillVarList(one, {at->second.substr(0, at->second.find(' '))}, false).IsOK());
+        ASSERT_EQ(one.Size(), 1u) << at->second;
+        EXPECT_EQ(pmmltest::Describe(*one.GetVarAt(0), *one.GetEncoderAt(0)), at->second);
+    }
+    const auto walk = kWalks.find(name);
+    EXPECT_EQ(parsed == 0 ? WalkStats(whole) : "", walk == kWalks.end() ? "" : walk->second);
+    EXPECT_EQ(pmmltest::BodiesReading(skipped), pmmltest::BodiesReading(whole));
+    EXPECT_LE(skipped.Count(u"*"), whole.Count(u"*"));
+    EXPECT_EQ(pmmltest::FieldsReading(text, false), pmmltest::FieldsReading(text, true));
+}
+INSTANTIATE_TEST_SUITE_P(Documents, PMMLCorpus, ::testing::ValuesIn(Names()), [](const auto& test) {
+    std::string name = test.param; // of letters, digits and "_" only
+    for (char& c : name)
+        c = std::isalnum(static_cast<unsigned char>(c)) ? c : '_';
+    return name;
+});
+
+// The tree holds its 33 documents, and every table entry names a document
+// that is read, or one of a folder of the extra corpus when the build names
+// none.
+TEST(PMMLCorpusTables, NameDocumentsThatAreRead)
+{
+    const std::vector<zrxtest::CorpusFile> files = zrxtest::CorpusFiles();
+    EXPECT_EQ(std::count_if(files.begin(), files.end(), [](auto& file) { return file.inTree; }),
+              33);
+    const auto read = [&](const auto& table) {
+        for (const auto& entry : table) {
+            const std::string folder = entry.first.substr(0, entry.first.find('/'));
+            EXPECT_TRUE(!zrxtest::CorpusPath(entry.first).empty() ||
+                        (zrxtest::ExtraCorpusDir().empty() &&
+                         !std::filesystem::is_directory(zrxtest::CorpusDir() / folder)))
+                << entry.first;
+        }
+    };
+    read(kOutcomes);
+    read(kWalks);
+    read(kFields);
 }
 
 } // namespace

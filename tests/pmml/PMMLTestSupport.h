@@ -4,8 +4,11 @@
 #ifndef ZRX_TESTS_PMMLTESTSUPPORT_H
 #define ZRX_TESTS_PMMLTESTSUPPORT_H
 
+#include <zrparsexmlr/ZRDataModelParser.h>
 #include <zrparsexmlr/ZRPMMLParser.h>
+#include <zrparsexmlr/ZRSettingsParser.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
+#include "ZRPMMLBodyFilter.h"
 #include <zrcommonr/ZRMV.h>
 #include <zrcommonr/ZRUniStats.h>
 #include <zrcommonr/ZRVarList.h>
@@ -136,6 +139,17 @@ inline std::string Describe(const ZRMetadata::IZRVariable& var, const ZRMetadata
     return text;
 }
 
+// A variable of `list` in the line form of Describe, then its storage code
+// and, continuous and unbinned, its margins.
+inline std::string Line(ZRMetadata::ZRVarList& list, int i)
+{
+    const ZRMetadata::IZRVariable& v = *list.GetVarAt(i);
+    return Describe(v, *list.GetEncoderAt(i)) + " " + std::to_string(v.GetValueFormat()) +
+           (v.GetVarType() == 1 && !v.GetUseBins()
+                ? " " + Num(v.GetMinimum()) + ".." + Num(v.GetMaximum())
+                : "");
+}
+
 // The status of each UnivariateStats of `model`, each read into an object
 // from `make()`, which a failure must leave alone. With `results`, the objects
 // afterwards.
@@ -156,6 +170,93 @@ std::vector<long> Walk(Parser& parser, const xercesc::DOMElement& model, Make ma
         if (results)
             results->push_back(stats);
     }
+}
+
+inline bool IsModel(const xercesc::DOMNode& node)
+{
+    return node.getNodeType() == xercesc::DOMNode::ELEMENT_NODE &&
+           ZRXPrsUtil::IsPMMLModelTag(node.getNodeName());
+}
+
+// What the reader gives of a parsed document: the parse, the variables with
+// and without bins, and the statistics of each model that is a child of the
+// root, with one object kept through each walk as a caller keeps it.
+inline std::string BodiesReading(Parser& parser)
+{
+    std::string text = "parse " + std::to_string(parser.GetStatus().GetCode());
+    for (const bool useBins : {false, true}) {
+        ZRMetadata::ZRVarList list;
+        text += "\nfill " + std::to_string(parser.FillVarList(list, {}, useBins).GetCode());
+        for (int i = 0; i < static_cast<int>(list.Size()); ++i)
+            text += "\n " + Describe(*list.GetVarAt(i), *list.GetEncoderAt(i));
+    }
+    const xercesc::DOMElement* root = parser.GetRootElement();
+    for (const xercesc::DOMNode* child = root ? root->getFirstChild() : nullptr; child;
+         child = child->getNextSibling()) {
+        if (!IsModel(*child))
+            continue;
+        text += "\nmodel " + ZRXPrsUtil::ToUTF8(child->getNodeName());
+        EXPECT_TRUE(parser.SetModelElmt(*static_cast<const xercesc::DOMElement*>(child)));
+        ZRMetadata::ZRUniStats stats;
+        const xercesc::DOMElement* position = nullptr;
+        while (true) {
+            const long code = parser.FillUniStats(stats, position).GetCode();
+            if (!position)
+                break;
+            text += "\n " + std::to_string(code) + " " + stats.GetFieldName() + " " +
+                    Num(stats.GetTotalFreq()) + " " + Join(stats.GetCutPoints(), Num) + " " +
+                    Join(stats.GetFrequencies(), Num);
+        }
+    }
+    return text;
+}
+
+// Every status and every variable as the list holds it (Describe, then
+// label, role, storage and the calls on the encoder in order).
+inline std::string Filled(long code, ZRMetadata::ZRVarList& list)
+{
+    std::string text = "\nfill " + std::to_string(code);
+    for (int i = 0; i < static_cast<int>(list.Size()); ++i) {
+        const ZRMetadata::IZRVariable& var = *list.GetVarAt(i);
+        text += "\n  " + Describe(var, *list.GetEncoderAt(i)) + "|" + var.GetLabel() + "|" +
+                std::to_string(var.GetRole()) + "|" + std::to_string(var.GetValueFormat()) + "|" +
+                Join(list.GetEncoderAt(i)->GetCallOrder(), Same);
+    }
+    return text;
+}
+
+// What the PMML reader (whole, binned, a wanted list) and the settings
+// reader (as itself, with its derived fields, and through the PMML reader's
+// FillVarList) give for a
+// PMML text, or the DataModel reader for a DataModel text, with the fields of
+// the dictionary in the DOM or read as the document streams.
+inline std::string FieldsReading(const std::string& text, bool fieldsInDOM)
+{
+    std::string out;
+    if (text.find("<DataModel") != std::string::npos) {
+        ZRXPrsUtil::ZRDataModelParser reader;
+        reader.SetFieldsInDOM(fieldsInDOM);
+        out = "parse " + std::to_string(reader.ParseToDOM(text).GetCode());
+        for (const bool alternate : {false, true}) {
+            ZRMetadata::ZRVarList list;
+            out += Filled(reader.FillVarList(list, alternate, true, 4).GetCode(), list);
+        }
+        return out;
+    }
+    ZRXPrsUtil::ZRSettingsParser reader;
+    reader.SetFieldsInDOM(fieldsInDOM);
+    reader.SetParametersRequired(false);
+    std::istringstream in(text);
+    out = "parse " + std::to_string(reader.ParseToDOM(in).GetCode());
+    ZRXPrsUtil::ZRPMMLParser& pmml = reader;
+    ZRMetadata::ZRVarList lists[6];
+    out += Filled(pmml.FillVarList(lists[0], {}, false).GetCode(), lists[0]);
+    out += Filled(reader.FillVarList(lists[1], false).GetCode(), lists[1]);
+    out += Filled(reader.FillTransDict(lists[2]).GetCode(), lists[2]);
+    out += Filled(pmml.FillVarList(lists[3], {}, true).GetCode(), lists[3]);
+    out += Filled(reader.FillVarList(lists[4], true).GetCode(), lists[4]);
+    out += Filled(pmml.FillVarList(lists[5], {"b", "a", "x"}, false).GetCode(), lists[5]);
+    return out;
 }
 
 } // namespace pmmltest

@@ -1,12 +1,25 @@
-// The Parameters path of a settings document and the statuses that a parse
-// leaves for every later call.
+// Settings documents: the Parameters path and the statuses a parse leaves for
+// every later call; DataField and DerivedField elements as variables; the
+// example job read as the example program reads it.
+#include "../pmml/PMMLTestSupport.h"
 #include "SettingsTestUtil.h"
 
-using namespace settingstest;
+using Ints = std::vector<int>;
+using Names = std::vector<std::string>;
+using Strings = std::vector<std::string>;
+using ZRMTD_NAMESPACE::IZRVariable;
+using ZRMTD_NAMESPACE::ZRVarList;
 using ZRXPrsUtil::ZRSettingsParser;
+using namespace settingstest;
+using pmmltest::Describe;
+using pmmltest::Join;
+using pmmltest::Line;
+using pmmltest::Same;
 
 namespace {
 
+// The Parameters path of a settings document and the statuses that a parse
+// leaves for every later call.
 TEST(SettingsDocument, ParametersPathDecidesTheParse)
 {
     const std::string task = "<MiningBuildTask><Extension><Parameters><Parameter name=\"p\" "
@@ -83,6 +96,107 @@ TEST(SettingsDocument, QueriesAnswerWithTheParseCode)
         EXPECT_TRUE(parser.GetParameter("p", number).IsOK());
         EXPECT_EQ(number, 2);
     }
+}
+
+// DataField and DerivedField elements as variables: kinds, storage codes,
+// margins, missing values, ranges and bins.
+// Every field of fields.xml as a variable, by FillVarList and FillTransDict.
+// codes: one label for two values is dropped; words: the empty value.
+TEST(SettingsFields, FieldsOfAFile)
+{
+    const std::vector<std::string> fields = {"binned 1;;;-9=;-99..hi; 2 -1..10",
+                                             "numbered_bins 1;;;;; 2 lo..hi",
+                                             "one_bin 1;;;;; 2 -1..10",
+                                             "codes 2;1|2;;9=bad|8=;90..hi; 1",
+                                             "words 3;;empty;;; 3",
+                                             "plain 1;;;;; 2 lo..hi",
+                                             "right_only 1;;;;; 2 lo..-5",
+                                             "one_point 1;;;;; 1 3..3",
+                                             "last_interval 1;;;;; 4 lo..7",
+                                             "text_cont 1;;;;; 3 lo..hi",
+                                             "odd_optype 2;;;;; 5",
+                                             "stamp 1;;;;; 6 lo..hi"};
+    const std::vector<std::string> derived = {
+        "binned_bins 3;;;;; 3",         "numbered_bins_bins 3;;;;; 3",
+        "one_bin_bins 3;;;;; 3",        "derived_plain 1;;;;; 2 lo..hi",
+        "in_extension 1;;;;; 2 1..2",   "extension_last 1;;;;; 2 lo..7",
+        "interval_last 1;;;;; 2 2..hi", "first_in_extension 1;;;;; 2 1..5",
+        "derived_text 3;;;;; 3",        "self_binned 1;;;;; 2 lo..hi"};
+    ZRSettingsParser parser;
+    ASSERT_TRUE(ParseFile(parser, "fields.xml").IsOK());
+    for (const bool transDict : {false, true}) {
+        ZRVarList list;
+        ASSERT_TRUE(
+            (transDict ? parser.FillTransDict(list) : parser.FillVarList(list, false)).IsOK());
+        std::vector<std::string> lines;
+        for (int i = 0; i < static_cast<int>(list.Size()); ++i) {
+            lines.push_back(Line(list, i));
+            EXPECT_EQ(list.GetVarAt(i)->GetRole(), IZRVariable::eRoleInput);
+        }
+        EXPECT_EQ(lines, transDict ? derived : fields);
+        EXPECT_EQ(list.GetEncoderAt(4)->GetStringValues(), transDict ? Strings{} : Strings{""});
+    }
+}
+
+// Bins come from the Discretize of the field; bin numbers as labels are not
+// passed on; one bin leaves the field's own margins; a continuous field
+// without Discretize stops the walk with 110 (without a TransformationDictionary
+// too: FieldsOutOfDOM.FaultsReadAsInTheWholeDocument).
+TEST(SettingsFields, BinsFromTheTransformationDictionary)
+{
+    ZRSettingsParser parser;
+    ASSERT_TRUE(ParseFile(parser, "fields.xml").IsOK());
+    ZRVarList list;
+    EXPECT_EQ(parser.FillVarList(list, true).GetCode(), 110);
+    ASSERT_EQ(list.Size(), 5u);
+    EXPECT_EQ(Line(list, 0) + "|" + Line(list, 1) + "|" + Line(list, 2),
+              "binned 1;;;-9=;-99..hi;0..3 1|2 lo|mid|hi 2|numbered_bins 1;;;;;0..3 1|2  2|"
+              "one_bin 1;;;;; 2 -1..10");
+    EXPECT_EQ(Join(list.GetEncoderAt(0)->GetCallOrder(), Same),
+              "SetBinLabels|AddMissing|SetMissingRange");
+}
+
+// The example job's settings document, read as the example program reads it
+// (its fields: FieldsOutOfDOM.DocumentsReadAsWhole). Groups open only from
+// their own scope, and a scope sees only its direct children.
+TEST(SettingsExample, ParametersInNestedGroups)
+{
+    ZRSettingsParser parser;
+    ASSERT_TRUE(ParseFile(parser, "example").IsOK());
+    Names names;
+    EXPECT_TRUE(parser.GetCatPredictors(names).IsOK());
+    EXPECT_EQ(names,
+              (Names{"gender", "region", "education", "employment", "home_owner", "product"}));
+    std::vector<double> levels;
+    ASSERT_TRUE(parser.GetArray("profitLevels", levels).IsOK());
+    EXPECT_EQ(levels, (std::vector<double>{0.1, 0.25, 0.5, 0.75, 0.9}));
+    std::vector<Ints> costs;
+    ASSERT_TRUE(parser.GetMatrix("misclassificationCosts", costs).IsOK());
+    EXPECT_EQ(costs, (std::vector<Ints>{{0, 1}, {5, 0}}));
+
+    void* validation = parser.GetComplexParameter("validation");
+    ASSERT_NE(validation, nullptr);
+    void* holdout = parser.GetComplexParameter("holdout", validation);
+    ASSERT_NE(holdout, nullptr);
+    EXPECT_EQ(parser.GetComplexParameter("holdout"), nullptr);
+    EXPECT_EQ(parser.GetComplexParameter("folds", validation), nullptr); // a Parameter
+    double share = 0.0;
+    EXPECT_TRUE(parser.GetParameter("sampleShare", share, holdout).IsOK());
+    EXPECT_EQ(share, 0.3);
+    EXPECT_EQ(Code(parser.GetParameter("sampleShare", share, validation)), 120);
+    EXPECT_EQ(Code(parser.GetParameter("sampleShare", share)), 120);
+    int folds = 0;
+    EXPECT_TRUE(parser.GetParameter("folds", folds, validation).IsOK());
+    EXPECT_EQ(folds, 10);
+    EXPECT_EQ(parser.GetParameterType("keepFields", holdout), ZRSettingsParser::ParamTypeFieldName);
+    Names keep;
+    EXPECT_TRUE(parser.GetArray("keepFields", keep, holdout).IsOK());
+    EXPECT_EQ(keep, (Names{"customer_id", "default_flag"}));
+
+    std::vector<Ints> gains;
+    EXPECT_EQ(Code(parser.GetMatrix("gainsBins", gains)), 120);
+    ASSERT_TRUE(parser.GetMatrix("gainsBins", gains, parser.GetComplexParameter("output")).IsOK());
+    EXPECT_EQ(gains, (std::vector<Ints>{{10, 20, 30}, {50, 100}}));
 }
 
 } // namespace
