@@ -27,10 +27,10 @@ ZRCommon::ZRStatus CombineByRegion()
         return st;
 
     // read the result back, and write it elsewhere
-    ZRXPrsUtil::ZRXMLReadWrite io;                 // 103: GetInitStatus()
-    st = io.ParseToDOM("churn_by_region.pmml");    // a path, or a stream; 104
+    ZRXPrsUtil::ZRXMLReadWrite io;              // 103: GetInitStatus()
+    st = io.ParseToDOM("churn_by_region.pmml"); // a path, or a stream; 104
     if (st.IsOK())
-        st = io.WriteFromDOM("copy/churn.pmml");   // replaced whole or not at all; 118
+        st = io.WriteFromDOM("copy/churn.pmml"); // replaced whole or not at all; 118
     else
         std::cerr << io.GetXercesMessage() << '\n';
     return st;

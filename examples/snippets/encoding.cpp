@@ -15,6 +15,6 @@ std::size_t Convert()
     // latin == "caf\xE9 ?", code == 3: a character was replaced by "?"
     ucnv_close(static_cast<UConverter*>(cp1252)); // the caller closes what it opens
     ZRMem::ExtNameStr name;
-    name.SetU8("caf\xC3\xA9"); // one name in every encoding
+    name.SetU8("caf\xC3\xA9");                                    // one name in every encoding
     return name.GetU16().size() + static_cast<std::size_t>(code); // 4 + 3
 }
