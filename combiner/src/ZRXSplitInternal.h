@@ -42,6 +42,13 @@ extern const char* const kTaxonomy;
 // run of these. A name list, closed by a null name.
 extern const NameListEntry kModelChildrenBeforeLocalTransformations[];
 
+// The models the combiner nests, in the order a split model is searched for
+// them: the first child of PMML whose tag is one of these, taken in this
+// order, is the model of the document. Fewer kinds than PMML has: a model of
+// another kind (a Scorecard, a NearestNeighborModel, a BaselineModel, ...) is
+// not nested (CheckSplitModel: 113). Closed by a null name.
+extern const char* const kNestedModelTags[];
+
 extern const char* const kName;
 extern const char* const kValueAtt;
 extern const char* const kFunctionName;

@@ -45,6 +45,13 @@ const char* const kTaxonomy = "Taxonomy";
 const NameListEntry kModelChildrenBeforeLocalTransformations[] = {
     {0, "Extension"},        {1, "MiningSchema"}, {2, "Output"}, {3, "ModelStats"},
     {4, "ModelExplanation"}, {5, "Targets"},      {0, nullptr}};
+const char* const kNestedModelTags[] = {"MiningModel",     "AssociationModel",
+                                        "ClusteringModel", "GeneralRegressionModel",
+                                        "NaiveBayesModel", "NeuralNetwork",
+                                        "RegressionModel", "RuleSetModel",
+                                        "SequenceModel",   "SupportVectorMachineModel",
+                                        "TextModel",       "TimeSeriesModel",
+                                        "TreeModel",       nullptr};
 const char* const kName = "name";
 const char* const kValueAtt = "value";
 const char* const kFunctionName = "functionName";
@@ -133,8 +140,8 @@ xercesc::DOMNode* CopyTree(xercesc::DOMDocument& document, const xercesc::DOMNod
 
 ZRXSplitPMMLCombiner::ZRXSplitPMMLCombiner(const ZRMTD_NAMESPACE::ZRVarList& splitVars)
     : varList(splitVars), status(), modelCount(0), document(nullptr), dataDictionary(nullptr),
-      miningSchema(nullptr), segmentation(nullptr), holdsXMLLibrary(false), strictPMML(false),
-      strictOutput(false), transDictionary(nullptr), dataFieldsEnd(nullptr)
+      miningSchema(nullptr), segmentation(nullptr), holdsXMLLibrary(false), splitVarsRead(false),
+      strictPMML(false), strictOutput(false), transDictionary(nullptr), dataFieldsEnd(nullptr)
 {
     ReadSplitVariables();
 }
@@ -142,13 +149,13 @@ ZRXSplitPMMLCombiner::ZRXSplitPMMLCombiner(const ZRMTD_NAMESPACE::ZRVarList& spl
 bool ZRXSplitPMMLCombiner::ReadSplitVariables()
 {
     try {
-        InitStandardPMMLModels();
         InitSplitVarMetadata(varList);
+        splitVarsRead = true;
         return true;
     } catch (...) {
         // Memory ran out: the lists stay empty, and the next AddModel tries
-        // again (an empty list of standard models tells).
-        standardModels.clear();
+        // again (splitVarsRead tells).
+        splitVarsRead = false;
         splitVarNames.clear();
         splitVarLabels.clear();
         splitVarOptypes.clear();
@@ -163,24 +170,13 @@ ZRXSplitPMMLCombiner::~ZRXSplitPMMLCombiner()
     ReleaseDocument();
 }
 
-void ZRXSplitPMMLCombiner::InitStandardPMMLModels()
-{
-    standardModels = {"MiningModel",     "AssociationModel",
-                      "ClusteringModel", "GeneralRegressionModel",
-                      "NaiveBayesModel", "NeuralNetwork",
-                      "RegressionModel", "RuleSetModel",
-                      "SequenceModel",   "SupportVectorMachineModel",
-                      "TextModel",       "TimeSeriesModel",
-                      "TreeModel"};
-}
-
 ZRStatus ZRXSplitPMMLCombiner::AddModel(const std::string& path,
                                         const std::vector<std::string>& values)
 try {
     if (path.empty() || values.empty())
         return status;
     status = ZRStatus();
-    if (standardModels.empty() && !ReadSplitVariables())
+    if (!splitVarsRead && !ReadSplitVariables())
         return status = ZRStatus(ZRCommon::eCannotParse, false);
     if (varList.Size() != values.size()) {
         status = ZRStatus(ZRCommon::eSplitValuesDontMatch, false);
@@ -327,7 +323,7 @@ ZRStatus ZRXSplitPMMLCombiner::ParseSplitModelXML(xercesc::DOMDocument* parsed, 
     // refused one leaves no trace and the next good one becomes the first.
     std::string function;
     const xercesc::DOMElement* pmml = GetPMML(parsed);
-    const xercesc::DOMElement* model = GetStandardModel(pmml);
+    const xercesc::DOMElement* model = GetNestedModel(pmml);
     ZRStatus checked = CheckFirstModel(pmml, model, function);
     Declarations carried;
     if (checked.IsOK() && strictPMML)
@@ -394,7 +390,7 @@ ZRStatus ZRXSplitPMMLCombiner::FillCommonToMiningModel(xercesc::DOMDocument* par
         return ZRStatus();
     modelCount = 0;
     const xercesc::DOMElement* pmml = GetPMML(parsed);
-    const xercesc::DOMElement* model = GetStandardModel(pmml);
+    const xercesc::DOMElement* model = GetNestedModel(pmml);
 
     xercesc::DOMNode* root = CopyPMML(pmml, false);
     if (root == nullptr) {
@@ -429,7 +425,7 @@ ZRStatus ZRXSplitPMMLCombiner::MergeModelToMiningModel(xercesc::DOMDocument* par
     if (parsed == nullptr || values.empty())
         return ZRStatus();
     const xercesc::DOMElement* pmml = GetPMML(parsed);
-    const xercesc::DOMElement* model = GetStandardModel(pmml);
+    const xercesc::DOMElement* model = GetNestedModel(pmml);
     const ZRStatus consistent = IsConsistentFunctionName(model);
     if (!consistent.IsOK())
         return consistent;
@@ -519,7 +515,7 @@ ZRStatus ZRXSplitPMMLCombiner::CheckSplitModel(const std::string& path, Texts& d
         if (!result.IsOK())
             return result;
         const xercesc::DOMElement* pmml = GetPMML(reader.GetDocument());
-        const xercesc::DOMElement* model = GetStandardModel(pmml);
+        const xercesc::DOMElement* model = GetNestedModel(pmml);
         std::string function;
         result = CheckFirstModel(pmml, model, function);
         if (!result.IsOK() || document != nullptr || strictPMML)
@@ -561,12 +557,12 @@ const xercesc::DOMElement* ZRXSplitPMMLCombiner::GetPMML(const xercesc::DOMDocum
 }
 
 const xercesc::DOMElement*
-ZRXSplitPMMLCombiner::GetStandardModel(const xercesc::DOMElement* pmml) const
+ZRXSplitPMMLCombiner::GetNestedModel(const xercesc::DOMElement* pmml) const
 {
     if (pmml == nullptr)
         return nullptr;
-    for (const std::string& tag : standardModels) {
-        if (const xercesc::DOMElement* model = GetFirstChildElmt(*pmml, tag.c_str()))
+    for (const char* const* tag = kNestedModelTags; *tag != nullptr; ++tag) {
+        if (const xercesc::DOMElement* model = GetFirstChildElmt(*pmml, *tag))
             return model;
     }
     return nullptr;

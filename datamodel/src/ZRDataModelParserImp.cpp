@@ -3,7 +3,6 @@
 #include "ZRDataModelParserImp.h"
 
 #include "ZRXFieldReader.h"
-#include "ZRXPlatform.h"
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOMDocument.hpp>
@@ -33,30 +32,22 @@ ZRXDOMParser* NewDataModelParser()
 } // namespace
 
 ZRDataModelParserImp::ZRDataModelParserImp()
-    : status(), parser(nullptr), document(nullptr), rootElement(nullptr), fieldsElement(nullptr),
-      fieldsInDOM(true)
+    : share(), status(), parser(nullptr), document(nullptr), rootElement(nullptr),
+      fieldsElement(nullptr), fieldsInDOM(true)
 {
-    if (!ZRXPlatform::Acquire()) {
-        status = ZRStatus(ZRCommon::eCannotStart, false);
-        return;
-    }
     try {
-        parser = NewDataModelParser();
+        if (share.IsHeld())
+            parser = NewDataModelParser();
     } catch (...) {
         parser = nullptr;
     }
-    if (!parser) {
+    if (!parser)
         status = ZRStatus(ZRCommon::eCannotStart, false);
-        ZRXPlatform::Release();
-    }
 }
 
 ZRDataModelParserImp::~ZRDataModelParserImp()
 {
-    if (parser) {
-        delete parser;
-        ZRXPlatform::Release();
-    }
+    delete parser;
 }
 
 ZRStatus ZRDataModelParserImp::ParseToDOM(const std::string& text)

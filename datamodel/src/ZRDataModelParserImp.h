@@ -5,6 +5,7 @@
 // The XML library's classes come declared with the library's internal helpers.
 #include "ZRXPrsUtilInternal.h"
 
+#include <zrparsexmlr/ZRXPlatformShare.h>
 #include <zrcommonr/ZRStatus.h>
 #include <zrcommonr/ZRVarList.h>
 
@@ -22,17 +23,15 @@ namespace ZRXPrsUtil {
 //       </Field>...
 //
 // Each Field becomes one variable of a ZRVarList. The object holds one share
-// of the XML library's start (ZRXPlatform), taken by the constructor and given
-// back by the destructor, and owns its parser, made by NewDOMParser, for its
-// whole life.
+// of the XML library's start (ZRXPlatformShare) and owns its parser, made by
+// NewDOMParser, for its whole life.
 class ZRDataModelParserImp {
 public:
     // Takes a share of the XML library's start and makes the parser; a
     // failure of either sets status 103 and leaves no parser. Nothing is
-    // thrown. If the share is taken but the parser can't be made, the share
-    // is given back at once, so the object holds none.
+    // thrown.
     ZRDataModelParserImp();
-    // Deletes the parser, then gives the share back, if the parser was made.
+    // Deletes the parser; the share is given back after it.
     virtual ~ZRDataModelParserImp();
     ZRDataModelParserImp(const ZRDataModelParserImp&) = delete;
     ZRDataModelParserImp& operator=(const ZRDataModelParserImp&) = delete;
@@ -59,6 +58,8 @@ public:
     bool GetFieldsInDOM() const { return fieldsInDOM; }
 
 private:
+    // First, so that it is given back after everything made with the XML library.
+    ZRXPlatformShare share;
     ZRCommon::ZRStatus status;
     ZRXDOMParser* parser;
     xercesc::DOMDocument* document;

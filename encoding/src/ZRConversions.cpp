@@ -409,19 +409,18 @@ long long Room(size_t n, long long factor)
     return factor * static_cast<long long>(n) + 1;
 }
 
-// Room for code page text from n UTF-16 units: four bytes a unit, or less
-// where the converter's widest character (with room for shift sequences, as
-// ICU reckons it) is narrower.
-long long StringCodePageRoom(void* converter, size_t n)
+// Room for code page text from n UTF-16 units and a terminating NUL, the one
+// rule of every conversion into a code page: ICU's bound for a string of n
+// units in the converter (its widest character, shift sequences included,
+// for n + 10 units; UCNV_GET_MAX_BYTES_FOR_STRING), which holds any such
+// text. Without a converter (`converter` null and no default one) the
+// conversion fails anyway; four bytes a unit then.
+long long CodePageRoom(void* converter, size_t n)
 {
-    long long room = Room(n, 4);
     const UConverter* cnv = converter ? static_cast<UConverter*>(converter) : DefaultConverter();
-    if (cnv) {
-        const long long widest = (static_cast<long long>(n) + 10) * ucnv_getMaxCharSize(cnv) + 1;
-        if (widest < room)
-            room = widest;
-    }
-    return room;
+    if (!cnv)
+        return 4 * static_cast<long long>(n) + 1;
+    return (static_cast<long long>(n) + 10) * ucnv_getMaxCharSize(cnv) + 1;
 }
 
 } // namespace
@@ -446,7 +445,7 @@ int VORKMBCodePageToU16(void* converter, U16String& target, const std::string& s
 
 int VORKMBU16ToCodePage(void* converter, std::string& target, const U16String& source)
 {
-    return ToString<4097>(target, source, StringCodePageRoom(converter, source.size()),
+    return ToString<4097>(target, source, CodePageRoom(converter, source.size()),
                           [converter](char* t, int c, const unsigned short* s, int n, int* r) {
                               return VORKMB16toCodePage(converter, t, c, s, n, r);
                           });
@@ -574,19 +573,6 @@ Out* ToNewArray(const In* source, long long scratch, Convert convert)
     return result;
 }
 
-long long CodePageRoom(size_t units)
-{
-    // Two bytes a unit cover the double-byte code pages; wider code pages
-    // (UTF-8, GB18030, stateful ones) get what their widest character needs.
-    long long room = 2 * static_cast<long long>(units) + 1;
-    if (UConverter* def = DefaultConverter()) {
-        const long long wide = (static_cast<long long>(units) + 10) * ucnv_getMaxCharSize(def);
-        if (wide > room)
-            room = wide;
-    }
-    return room;
-}
-
 } // namespace
 
 unsigned short* VORKMBTranscodeU8(const char* source)
@@ -619,7 +605,7 @@ char* VORKMBTranscodeCodePage(const unsigned short* source)
 {
     if (!source)
         return nullptr;
-    return ToNewArray<char>(source, CodePageRoom(TextLength(source)),
+    return ToNewArray<char>(source, CodePageRoom(nullptr, TextLength(source)),
                             [](char* t, int c, const unsigned short* s, int n, int* r) {
                                 return VORKMB16toCodePage(nullptr, t, c, s, n, r);
                             });

@@ -2,31 +2,37 @@
 // are kept when its body is left out.
 #include "ZRPMMLBodyFilter.h"
 
+#include <zrparsexmlr/ZRPMMLParser.h>
+
 #include <xercesc/util/XMLString.hpp>
+
+#include <string>
 
 namespace ZRXPrsUtil {
 
 namespace {
 
-const char16_t* const kModelTags[] = {u"AssociationModel",
-                                      u"BayesianNetworkModel",
-                                      u"BaselineModel",
-                                      u"ClusteringModel",
-                                      u"GaussianProcessModel",
-                                      u"GeneralRegressionModel",
-                                      u"MiningModel",
-                                      u"NaiveBayesModel",
-                                      u"NearestNeighborModel",
-                                      u"NeuralNetwork",
-                                      u"RegressionModel",
-                                      u"RuleSetModel",
-                                      u"SequenceModel",
-                                      u"Scorecard",
-                                      u"SupportVectorMachineModel",
-                                      u"TextModel",
-                                      u"TimeSeriesModel",
-                                      u"TreeModel",
-                                      u"AnomalyDetectionModel"};
+// The elements that are PMML models, the one list of them (IsPMMLModelTag):
+// the body filter cuts them down and zrx inspect lists them.
+const char16_t* const kPMMLModelTags[] = {u"AnomalyDetectionModel",
+                                          u"AssociationModel",
+                                          u"BaselineModel",
+                                          u"BayesianNetworkModel",
+                                          u"ClusteringModel",
+                                          u"GaussianProcessModel",
+                                          u"GeneralRegressionModel",
+                                          u"MiningModel",
+                                          u"NaiveBayesModel",
+                                          u"NearestNeighborModel",
+                                          u"NeuralNetwork",
+                                          u"RegressionModel",
+                                          u"RuleSetModel",
+                                          u"Scorecard",
+                                          u"SequenceModel",
+                                          u"SupportVectorMachineModel",
+                                          u"TextModel",
+                                          u"TimeSeriesModel",
+                                          u"TreeModel"};
 
 const char16_t* const kModelHeadTags[] = {u"MiningSchema",     u"Output",  u"ModelStats",
                                           u"ModelExplanation", u"Targets", u"LocalTransformations"};
@@ -44,7 +50,20 @@ bool InList(const XMLCh* tag, const char16_t* const (&list)[N])
 
 bool IsPMMLModelTag(const XMLCh* tag)
 {
-    return tag && InList(tag, kModelTags);
+    return tag && InList(tag, kPMMLModelTags);
+}
+
+bool IsPMMLModelTag(const std::string& tag)
+{
+    for (const char16_t* name : kPMMLModelTags) {
+        std::size_t i = 0;
+        while (i < tag.size() && name[i] != 0 &&
+               static_cast<unsigned char>(tag[i]) == static_cast<char16_t>(name[i]))
+            ++i;
+        if (i == tag.size() && name[i] == 0)
+            return true;
+    }
+    return false;
 }
 
 bool IsPMMLModelHeadTag(const XMLCh* tag)

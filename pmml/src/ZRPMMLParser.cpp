@@ -6,7 +6,7 @@
 #include "ZRPMMLDOMParser.h"
 #include "ZRPMMLInternal.h"
 #include "ZRXFieldReader.h"
-#include "ZRXPlatform.h"
+#include <zrparsexmlr/ZRXPlatformShare.h>
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -50,34 +50,25 @@ void ForgetRecordedFields(xercesc::XercesDOMParser* parser)
 }
 
 ZRPMMLParser::ZRPMMLParser()
-    : status(), parser(nullptr), xercesMessage(), document(nullptr), rootElement(nullptr),
+    : share(), status(), parser(nullptr), xercesMessage(), document(nullptr), rootElement(nullptr),
       dataDictionary(nullptr), transDictionary(nullptr), modelElement(nullptr),
       readModelBodies(true), fieldsInDOM(true)
 {
-    const bool initialised = ZRXPlatform::Acquire();
     try {
         // The library's DOM parser, with its settings and limits, that can
         // leave out the bodies of the models.
-        if (initialised)
+        if (share.IsHeld())
             parser = new ZRPMMLDOMParser();
     } catch (...) {
         parser = nullptr;
     }
-    if (!parser) {
+    if (!parser)
         status = PMMLFailure(ZRCommon::eCannotStart);
-        // The destructor gives the share back only for an existing parser,
-        // so a share that was taken is given back here.
-        if (initialised)
-            ZRXPlatform::Release();
-    }
 }
 
 ZRPMMLParser::~ZRPMMLParser()
 {
-    if (parser) {
-        delete parser;
-        ZRXPlatform::Release();
-    }
+    delete parser;
 }
 
 ZRStatus ZRPMMLParser::ParseToDOM(std::istream& stream)

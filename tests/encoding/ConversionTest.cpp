@@ -96,6 +96,14 @@ TEST_F(GbkTest, StringAndNewArrayForms)
     Converter gb18030 = Open("gb18030");
     EXPECT_EQ(Out(VORKMBU8ToCodePage(gb18030.get(), cp, "\xC3\x80"), cp), "1|");
     EXPECT_EQ(Out(VORKMBU8ToCodePage(gb18030.get(), cp, ""), cp), "0|");
+    // ISO-2022-JP shifts sets by escape sequences: "a\u6F22" over and over takes
+    // 4.5 bytes a unit, more than four.
+    Converter jis = Open("ISO-2022-JP");
+    U16String mixed;
+    for (int i = 0; i < 50; ++i)
+        mixed += U16({'a', 0x6F22});
+    EXPECT_EQ(VORKMBU16ToCodePage(jis.get(), cp, mixed), 0);
+    EXPECT_EQ(cp.size(), 450u);
     // New arrays: terminated, null for a null source.
     const U16String az = U16({'a', 0x4E2D});
     EXPECT_EQ(Take(VORKMBTranscodeU8("ab")), "0061 0062");

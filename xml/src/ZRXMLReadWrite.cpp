@@ -2,7 +2,7 @@
 
 #include "ZRXFileWriter.h"
 #include "ZRXOwnedMemory.h"
-#include "ZRXPlatform.h"
+#include <zrparsexmlr/ZRXPlatformShare.h>
 #include "ZRXPrsUtilInternal.h"
 
 #include <xercesc/dom/DOM.hpp>
@@ -33,18 +33,16 @@ struct ZRXReleaser {
 
 } // namespace
 
-ZRXMLReadWrite::ZRXMLReadWrite() : status(), parser(nullptr), xercesMessage(), document(nullptr)
+ZRXMLReadWrite::ZRXMLReadWrite()
+    : share(), status(), parser(nullptr), xercesMessage(), document(nullptr)
 {
-    if (!ZRXPlatform::Acquire())
+    if (!share.IsHeld())
         status = ZRStatus(ZRCommon::eCannotStart, false);
 }
 
 ZRXMLReadWrite::~ZRXMLReadWrite()
 {
-    if (!status.IsOK())
-        return;
     DropParser();
-    ZRXPlatform::Release();
 }
 
 void ZRXMLReadWrite::DropParser()

@@ -1,5 +1,7 @@
 #include "ZRXPlatform.h"
 
+#include <zrparsexmlr/ZRXPlatformShare.h>
+
 #include <xercesc/util/PanicHandler.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -64,6 +66,14 @@ void ZRXPlatform::Release()
         return;
     if (--gShares == 0)
         xercesc::XMLPlatformUtils::Terminate();
+}
+
+ZRXPlatformShare::ZRXPlatformShare() : held(ZRXPlatform::Acquire()) {}
+
+ZRXPlatformShare::~ZRXPlatformShare()
+{
+    if (held)
+        ZRXPlatform::Release();
 }
 
 long ZRXPlatform::Shares()

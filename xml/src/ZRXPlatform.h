@@ -6,8 +6,10 @@
 // its starts itself, but neither call is safe when two threads make it at
 // once: one thread's Terminate would end the library under another thread's
 // parse. Every object of this library that needs the XML library therefore
-// takes a share here and gives it back once, and only this file calls
-// Initialize and Terminate.
+// holds a share (ZRXPlatformShare, its first member) and only this file calls
+// Initialize and Terminate. A program that uses the XML library beside this
+// one holds a ZRXPlatformShare too (zrx validate does, for its schema
+// validation), so that its start and end go through the same count.
 //
 // This is the library's one lock beside the one that guards the creation of
 // the default converter of the encoding services; everything else takes

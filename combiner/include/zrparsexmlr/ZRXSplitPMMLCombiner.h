@@ -134,10 +134,7 @@
 //    next AddModel, which reads the split variables again first. No
 //    exception leaves any operation.
 //
-// Threads: any number of objects of the library may be used at once, each by
-// one thread at a time. Starting and ending the XML library is shared by all
-// objects of the process and guarded, so objects on different threads may be
-// made and destroyed side by side.
+// Threads: as for every object of the library (zrparsexmlr.h).
 // The variable list is held by reference and must outlive the combiner.
 #ifndef ZRPARSEXMLR_ZRXSPLITPMMLCOMBINER_H
 #define ZRPARSEXMLR_ZRXSPLITPMMLCOMBINER_H
@@ -223,6 +220,12 @@ public:
     // model has been taken yet, those that its DataDictionary or its model's
     // MiningSchema already holds (empty otherwise). The statuses that depend
     // on the models taken before (124, 127 to 129) are AddModel's alone.
+    // The kinds the combiner nests, searched in this order among the children
+    // of PMML: MiningModel (refused, 125), AssociationModel, ClusteringModel,
+    // GeneralRegressionModel, NaiveBayesModel, NeuralNetwork, RegressionModel,
+    // RuleSetModel, SequenceModel, SupportVectorMachineModel, TextModel,
+    // TimeSeriesModel, TreeModel; any other model (a Scorecard, a
+    // NearestNeighborModel, a BaselineModel, ...) is none.
     ZRCommon::ZRStatus CheckSplitModel(const std::string& path,
                                        std::vector<std::string>& doubled) const;
 
@@ -244,12 +247,12 @@ private:
     xercesc::DOMDocument* CreateEmptyMiningModel(bool& created);
     ZRCommon::ZRStatus FillCommonToMiningModel(xercesc::DOMDocument* parsed, const Texts& values);
     ZRCommon::ZRStatus MergeModelToMiningModel(xercesc::DOMDocument* parsed, const Texts& values);
-    void InitStandardPMMLModels();
     void ReleaseDocument();
 
     // Finding things in a parsed model.
     const xercesc::DOMElement* GetPMML(const xercesc::DOMDocument* parsed) const;
-    const xercesc::DOMElement* GetStandardModel(const xercesc::DOMElement* pmml) const;
+    // The first child of `pmml` that is a model the combiner nests (kNestedModelTags).
+    const xercesc::DOMElement* GetNestedModel(const xercesc::DOMElement* pmml) const;
     const xercesc::DOMElement* GetDataDict(const xercesc::DOMElement* pmml) const;
     const xercesc::DOMElement* GetTransDict(const xercesc::DOMElement* pmml) const;
     const xercesc::DOMElement* GetMiningSchema(const xercesc::DOMElement* model) const;
@@ -333,7 +336,6 @@ private:
     std::vector<Texts> splitVarValues;
     int modelCount;
     xercesc::DOMDocument* document;
-    Texts standardModels;
     std::string functionName;
     xercesc::DOMNode* dataDictionary;
     Texts fieldNames;
@@ -358,6 +360,9 @@ private:
     std::unordered_map<std::string, std::size_t> miningFieldPositions;
     // True while the combiner holds its own start of the XML library.
     bool holdsXMLLibrary;
+    // True once the split variables' names, labels and values are read from
+    // the variable list (memory may run out in it: the next AddModel tries again).
+    bool splitVarsRead;
     // The form asked for, and the form of the output document being built.
     bool strictPMML;
     bool strictOutput;

@@ -32,10 +32,7 @@
 // one after the other and holds the memory of the last one only. A document
 // nested deeper than 2,000 elements is refused with 104.
 //
-// Threads: any number of objects of the library may be used at once, each by
-// one thread at a time. Starting and ending the XML library is shared by all
-// objects of the process and guarded, so objects on different threads may be
-// made and destroyed side by side.
+// Threads: as for every object of the library (zrparsexmlr.h).
 #ifndef ZRPARSEXMLR_ZRDATAMODELPARSER_H
 #define ZRPARSEXMLR_ZRDATAMODELPARSER_H
 

@@ -5,6 +5,7 @@
 #define ZRPARSEXMLR_ZRPMMLPARSER_H
 
 #include <zrparsexmlr/ZRXExport.h>
+#include <zrparsexmlr/ZRXPlatformShare.h>
 #include <zrparsexmlr/ZRXercesFwd.h>
 #include <zrcommonr/ZRStatus.h>
 #include <zrcommonr/ZRUniStats.h>
@@ -26,10 +27,7 @@ namespace ZRXPrsUtil {
 // memory of the last one only: each ParseToDOM frees the document before it.
 // A document nested deeper than 2,000 elements is refused with 104.
 //
-// Threads: any number of objects of the library may be used at once, each by
-// one thread at a time. Starting and ending the XML library is shared by all
-// objects of the process and guarded, so objects on different threads may be
-// made and destroyed side by side.
+// Threads: as for every object of the library (zrparsexmlr.h).
 //
 // A failed allocation gives 103 in the constructor, 104 in ParseToDOM (103
 // when the parser that a failed parse used up can't be made anew; the next
@@ -38,13 +36,11 @@ namespace ZRXPrsUtil {
 // object stays usable: the same call made again works.
 class ZRXPRS_API ZRPMMLParser {
 public:
-    // Takes a share of the XML library's start and makes the DOM parser; any
-    // failure gives status 103 and no exception. When the share was taken but
-    // the parser could not be made, the share is given back at once, so that
-    // every start is paired with one end.
+    // Takes a share of the XML library's start (ZRXPlatformShare) and makes
+    // the DOM parser; any failure gives status 103 and no exception.
     ZRPMMLParser();
-    // Frees the parser and, only if there was one, gives the share back (the
-    // last share ends the XML library).
+    // Frees the parser, then gives the share back (the last share ends the
+    // XML library).
     virtual ~ZRPMMLParser();
     ZRPMMLParser(const ZRPMMLParser&) = delete;
     ZRPMMLParser& operator=(const ZRPMMLParser&) = delete;
@@ -62,13 +58,8 @@ public:
 
     // Whether the next ParseToDOM builds the bodies of the models; true, the
     // whole document, unless set otherwise. With false, each child element of
-    // the PMML root that is a model (AssociationModel, BayesianNetworkModel,
-    // BaselineModel, ClusteringModel, GaussianProcessModel,
-    // GeneralRegressionModel, MiningModel, NaiveBayesModel,
-    // NearestNeighborModel, NeuralNetwork, RegressionModel, RuleSetModel,
-    // SequenceModel, Scorecard, SupportVectorMachineModel, TextModel,
-    // TimeSeriesModel, TreeModel, AnomalyDetectionModel; tags compared as
-    // written) is built with its attributes and its MiningSchema, Output,
+    // the PMML root that is a model (IsPMMLModelTag, below) is built with its
+    // attributes and its MiningSchema, Output,
     // ModelStats, ModelExplanation, Targets and LocalTransformations
     // children, each whole, and nothing else of it: tree nodes, segments and
     // the models inside them, regression tables, neurons, support vectors,
@@ -177,6 +168,11 @@ protected:
     bool SetBinsFrTransDict(const std::string& fieldName, std::vector<double>& cutPoints,
                             std::vector<std::string>& binValues) const;
 
+private:
+    // First, so that it is given back after everything made with the XML library.
+    ZRXPlatformShare share;
+
+protected:
     ZRCommon::ZRStatus status;
     xercesc::XercesDOMParser* parser;
     std::string xercesMessage;
@@ -190,6 +186,17 @@ protected:
     // SetFieldsInDOM, applied by each ParseToDOM.
     bool fieldsInDOM;
 };
+
+// True for the tag of an element that is a PMML model: AnomalyDetectionModel,
+// AssociationModel, BaselineModel, BayesianNetworkModel, ClusteringModel,
+// GaussianProcessModel, GeneralRegressionModel, MiningModel, NaiveBayesModel,
+// NearestNeighborModel, NeuralNetwork, RegressionModel, RuleSetModel,
+// Scorecard, SequenceModel, SupportVectorMachineModel, TextModel,
+// TimeSeriesModel and TreeModel, compared exactly on the tag as written (a
+// tag with a namespace prefix is none). These are the models whose bodies
+// SetReadModelBodies(false) leaves out; the combiner nests fewer kinds
+// (ZRXSplitPMMLCombiner::CheckSplitModel).
+ZRXPRS_API bool IsPMMLModelTag(const std::string& tag);
 
 } // namespace ZRXPrsUtil
 

@@ -10,8 +10,7 @@
 // not OK, so one failed parse answers every later call with its own code.
 // No operation but ParseToDOM changes the object.
 //
-// Threads: any number of objects of the library may be used at once, each by
-// one thread at a time (as for ZRPMMLParser, whose parse and life it shares).
+// Threads: as for every object of the library (zrparsexmlr.h).
 //
 // Status codes of the queries: 107 nothing parsed; 108 a required attribute
 // or value is absent; 109 a value is there but is no value of the type asked

@@ -376,30 +376,6 @@ Json AttributeJson(const DOMElement& element, const char* name)
     return value != nullptr ? Json(ZRXPrsUtil::ToUTF8(value)) : Json(nullptr);
 }
 
-bool IsModelTag(const std::string& tag)
-{
-    static const std::set<std::string> models = {"AnomalyDetectionModel",
-                                                 "AssociationModel",
-                                                 "BaselineModel",
-                                                 "BayesianNetworkModel",
-                                                 "ClusteringModel",
-                                                 "GaussianProcessModel",
-                                                 "GeneralRegressionModel",
-                                                 "MiningModel",
-                                                 "NaiveBayesModel",
-                                                 "NearestNeighborModel",
-                                                 "NeuralNetwork",
-                                                 "RegressionModel",
-                                                 "RuleSetModel",
-                                                 "Scorecard",
-                                                 "SequenceModel",
-                                                 "SupportVectorMachineModel",
-                                                 "TextModel",
-                                                 "TimeSeriesModel",
-                                                 "TreeModel"};
-    return models.count(tag) > 0;
-}
-
 Json StatsJson(const ZRMTD_NAMESPACE::ZRUniStats& stats)
 {
     Json item;
@@ -428,7 +404,7 @@ Json ModelsJson(ZRXPrsUtil::ZRPMMLParser& reader, Problems& problems)
     for (const DOMElement* model = ZRXPrsUtil::GetFirstChildElmt(*root, nullptr); model;
          model = ZRXPrsUtil::GetNextSiblingElmt(*model, nullptr)) {
         const std::string tag = ZRXPrsUtil::ToUTF8(model->getTagName());
-        if (!IsModelTag(tag))
+        if (!ZRXPrsUtil::IsPMMLModelTag(tag))
             continue;
         ++index;
         Json entry;

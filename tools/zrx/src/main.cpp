@@ -116,6 +116,23 @@ int Run(int argc, char** argv)
         "  4  --keep-going: written without the refused models, or not valid\n"
         "  5  the output file can't be written\n");
 
+    // The first word that is no option names the subcommand (zrx itself has
+    // flags only). An unknown one is named, rather than left to the argument
+    // parser, which would only say that a subcommand is required.
+    for (int i = 1; i < argc; ++i) {
+        const std::string word = argv[i];
+        if (!word.empty() && word[0] == '-')
+            continue;
+        if (!inspectCmd->check_name(word) && !validateCmd->check_name(word) &&
+            !combineCmd->check_name(word)) {
+            std::cerr << "zrx: unknown subcommand '" << word
+                      << "'; the subcommands are inspect, validate and combine\n"
+                         "Run with --help for more information.\n";
+            return zrx::kExitUsage;
+        }
+        break;
+    }
+
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

@@ -17,6 +17,7 @@
 //  - Several files: 1 if any is invalid, else 3 if any has no schema, else 0.
 #include "zrx.h"
 
+#include <zrparsexmlr/ZRXPlatformShare.h>
 #include <zrparsexmlr/ZRXPrsUtil.h>
 
 #include <xercesc/framework/LocalFileInputSource.hpp>
@@ -27,7 +28,6 @@
 #include <xercesc/sax2/SAX2XMLReader.hpp>
 #include <xercesc/sax2/XMLReaderFactory.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
-#include <xercesc/util/PanicHandler.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/SecurityManager.hpp>
 #include <xercesc/util/XMLException.hpp>
@@ -119,33 +119,6 @@ private:
         problems.push_back({problem.getLineNumber(), problem.getColumnNumber(),
                             ZRXPrsUtil::ToUTF8(problem.getMessage())});
     }
-};
-
-// Owns the XML library's start for the life of the validator. A start that
-// fails (memory runs out in it) is reported by an exception, which main turns
-// into a message and status 1: the XML library's own panic handler would end
-// the process with "Unknown reason". A failed start is not terminated, which
-// the XML library can't do on a half-made start.
-struct XMLLibrary {
-    struct Panic : xercesc::PanicHandler {
-        void panic(const PanicReasons) override
-        {
-            throw std::runtime_error("the XML library can't be started");
-        }
-    };
-    XMLLibrary()
-    {
-        static Panic panic;
-        try {
-            xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr,
-                                                  &panic, nullptr);
-        } catch (...) {
-            throw std::runtime_error("the XML library can't be started");
-        }
-    }
-    ~XMLLibrary() { xercesc::XMLPlatformUtils::Terminate(); }
-    XMLLibrary(const XMLLibrary&) = delete;
-    XMLLibrary& operator=(const XMLLibrary&) = delete;
 };
 
 enum Verdict { kValid, kInvalid, kNoSchema };
@@ -262,7 +235,12 @@ int RunValidate(const ValidateOptions& options)
 int ValidateFiles(const ValidateOptions& options, std::ostream& out)
 {
     try {
-        XMLLibrary library;
+        // The XML library's start is taken from the library's own count, so
+        // that it is shared with every object of the library in the process.
+        // A start that fails is reported, with status 1.
+        ZRXPrsUtil::ZRXPlatformShare library;
+        if (!library.IsHeld())
+            throw std::runtime_error("the XML library can't be started");
         const std::string dir = SchemaDir(options.schemaDir);
         Validator validator(dir);
         if (!validator.HasSchemas()) {

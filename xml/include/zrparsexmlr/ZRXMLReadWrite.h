@@ -7,10 +7,7 @@
 // destructor gives it back (the last share ends it), after freeing the parser.
 // Documents that came from an object must not be used after its destruction.
 //
-// Threads: any number of objects of the library may be used at once, each by
-// one thread at a time. Starting and ending the XML library is shared by all
-// objects of the process and guarded, so objects on different threads may be
-// made and destroyed side by side.
+// Threads: as for every object of the library (zrparsexmlr.h).
 //
 // Paths are local file names: a path is opened as a file on this machine and
 // never taken for a URL ("http://host/x" is the relative path "http:/host/x",
@@ -46,6 +43,7 @@
 #define ZRPARSEXMLR_ZRXMLREADWRITE_H
 
 #include <zrparsexmlr/ZRXExport.h>
+#include <zrparsexmlr/ZRXPlatformShare.h>
 #include <zrparsexmlr/ZRXercesFwd.h>
 #include <zrcommonr/ZRStatus.h>
 
@@ -109,6 +107,8 @@ private:
     ZRCommon::ZRStatus ParseToDOM(const char* path, std::istream* stream);
     void DropParser();
 
+    // First, so that it is given back after everything made with the XML library.
+    ZRXPlatformShare share;
     ZRCommon::ZRStatus status;
     xercesc::XercesDOMParser* parser;
     mutable std::string xercesMessage;
