@@ -7,26 +7,17 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
-#include <limits>
 #include <sstream>
 #include <string>
 #include <tuple>
 
 namespace settingstest {
 
-constexpr double kLowest = std::numeric_limits<double>::lowest();
-constexpr double kHighest = std::numeric_limits<double>::max();
-
-// A settings document with the given DataField elements, Parameters content
-// and, when not empty, TransformationDictionary content.
-inline std::string Doc(const std::string& fields, const std::string& parameters = "",
-                       const std::string& derived = "")
+// A settings document with the given DataField elements and Parameters content.
+inline std::string Doc(const std::string& fields, const std::string& parameters)
 {
-    return "<PMML><DataDictionary>" + fields + "</DataDictionary>" +
-           (derived.empty()
-                ? ""
-                : "<TransformationDictionary>" + derived + "</TransformationDictionary>") +
-           "<MiningBuildTask><Extension><Parameters>" + parameters +
+    const std::string task = "<MiningBuildTask><Extension><Parameters>" + parameters;
+    return "<PMML><DataDictionary>" + fields + "</DataDictionary>" + task +
            "</Parameters></Extension></MiningBuildTask></PMML>";
 }
 
