@@ -36,6 +36,7 @@ TEST_F(GbkTest, CuttingAtCharacterBoundaries)
     EXPECT_EQ(Fixed(VORKMB16to8, 4, U16({0x20AC, 0x20AC}).c_str(), 2), "3 1|\xE2\x82\xAC Z");
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 4, "\xD6\xD0\xD6\xD0", 4), "3 1|\xE4\xB8\xAD Z");
     EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 2, "\xD6\xD0", 2), "0 1|  Z");
+    EXPECT_EQ(Fixed(VORKMBCodePageto8, nullptr, 3, "\xD6\xD0\xD6\xD0", 4), "3 1|\xE4\xB8\xADZ");
     EXPECT_EQ(Fixed(VORKMB16toCodePage, nullptr, 5, U16({'a', 0x4E2D, 0x4E2D}).c_str()),
               "3 1|a\xD6\xD0\\0ZZ");
     EXPECT_EQ(Fixed(VORKMB8toCodePage, nullptr, 3, "\xE4\xB8\xAD\xE4\xB8\xAD", 6),

@@ -121,6 +121,8 @@ TEST_F(GbkTest, ConvertersSubstituteQuestionMarksAndComparisonReportsTrouble)
         << "GBK: 0x7F is no trail byte";
     EXPECT_EQ(Out(VORKMBCodePageToU16(nullptr, u16, "a\x81"), u16), "3|0061 003F")
         << "a cut character";
+    EXPECT_EQ(Fixed(VORKMBCodePageto16, nullptr, 2, "a\x81", 2), "2 3|0061 003F 7777")
+        << "the substitute fills the target";
     EXPECT_EQ(Out(VORKMBU16ToCodePage(nullptr, out, U16({'a', 0xD800, 'b'})), out), "3|a?b")
         << "lone surrogate";
     // Comparison is case-blind by code point; a bad byte compares as its raw
