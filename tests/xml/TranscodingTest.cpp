@@ -40,6 +40,7 @@ TEST_F(Transcoding, ConvertsAndFailsToEmpty)
     const ZRXTranscoder unknown("no-such-encoding");
     EXPECT_FALSE(unknown.isValid());
     EXPECT_EQ(unknown.TranscodeFrom("abc"), kEmpty);
+    EXPECT_EQ(unknown.TranscodeTo(u"abc"), "");
 }
 
 // Each of four shards takes a quarter of the lead bytes, of the code units
