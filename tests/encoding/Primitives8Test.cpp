@@ -23,6 +23,8 @@ TEST(Utf8Text, LengthPreviousAndCopy)
                  {kEuro, 3, 3},
                  {"\xE0\xA4\x85", 3, 3},
                  {kGrin, 4, 4},
+                 {"\xED\x9F\xBF", 3, 3},     // U+D7FF, the last before the surrogates
+                 {"\xF4\x8F\xBF\xBD", 4, 4}, // U+10FFFD
                  {"\xE2", 1, -1},
                  {"\xE2\x82", 2, -1},
                  {"\x80", 1, -1},
