@@ -123,6 +123,7 @@ TEST_F(Numbers, BuildingHelpersReportDomFailuresByTheirResult)
     EXPECT_FALSE(InsertElement(*data, &root, nullptr)); // an ancestor
     EXPECT_FALSE(InsertElement(root, nullptr, nullptr));
     EXPECT_FALSE(ReplaceElement(root, CreateElement(d, "X"), CreateElement(d, "NotAChild")));
+    EXPECT_FALSE(ReplaceElement(root, nullptr, header));
 
     xercesc::DOMElement* ext = CreateExtension(d, "splitInfo");
     ASSERT_NE(ext, nullptr);
